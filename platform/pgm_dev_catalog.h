@@ -1,0 +1,57 @@
+// The device catalogue: families, devices and parts, their names and relations.
+#pragma once
+
+#include <string>
+#include <vector>
+
+enum DEV_FAMILY_ENUM { DEV_FAMILY_INVALID = 0, DEV_FAMILY_GENERIC = 72, DEV_FAMILY_MAX = 73 };
+enum DEV_DEVICE_ENUM { DEV_DEVICE_INVALID = 0, DEV_DEVICE_GENERIC = 990, DEV_DEVICE_MAX = 991 };
+
+// Parts are numbered 1..N; these are set from the catalogue when the library loads.
+extern int DEV_PART_INVALID;  // 0
+extern int DEV_PART_GENERIC;  // N + 1
+extern int DEV_PART_MAX;      // N + 2
+
+// User-visible names; "" for a value outside the catalogue.
+std::string dstr_get_user_string(int part);
+std::string dstr_get_user_string(DEV_DEVICE_ENUM device);
+std::string dstr_get_user_string(DEV_FAMILY_ENUM family);
+
+// Name look-ups ignore case; unknown names give the INVALID value.
+int dstr_get_dev_part_enum_by_string(const char* name);
+DEV_DEVICE_ENUM dstr_get_dev_device_enum_by_string(const char* name);
+DEV_FAMILY_ENUM dstr_get_dev_family_enum_by_string(const char* name);
+
+// Valid: inside 1..MAX-1 (generic included).
+bool dstr_is_valid_dev_device_enum(DEV_DEVICE_ENUM device);
+bool dstr_is_valid_dev_family_enum(DEV_FAMILY_ENUM family);
+bool dstr_is_valid_dev_part_enum(int part);
+
+// What the catalogue knows about one part beyond its name.
+struct DEV_PART_DETAIL {
+  std::string package;      // e.g. "F35"
+  std::string speed;        // e.g. "3"
+  std::string temperature;  // e.g. "C"
+  bool released = false;
+  bool preferred = false;
+  bool hidden = false;
+};
+
+class DEV_PART_MANAGER {
+ public:
+  DEV_FAMILY_ENUM get_family_of(DEV_DEVICE_ENUM device) const;
+  DEV_DEVICE_ENUM get_device_of(int part) const;
+  // False for a part outside the catalogue (generic included: it has no detail).
+  bool get_part_detail(int part, DEV_PART_DETAIL* detail) const;
+
+  // Fills `parts` with the catalogue's parts, in part order, that match every filter.
+  // Filters are names compared ignoring case; "ANY"/"any" (or "") matches everything.
+  // `released_only` and `preferred_only` narrow; hidden parts appear only with
+  // `include_hidden`; `filter` is a case-blind substring of the part name ("ANY": none).
+  // Returns whether the list is non-empty.
+  bool filter_part_list(std::vector<int>* parts, const std::string& family,
+                        const std::string& device, const std::string& package,
+                        const std::string& speed, const std::string& temperature,
+                        bool released_only, bool preferred_only, bool include_hidden,
+                        const std::string& filter) const;
+};
