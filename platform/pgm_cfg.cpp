@@ -1,0 +1,83 @@
+// Configuration lookups: in-process overrides, then the environment, then an INI file.
+#include "pgm_cfg.h"
+
+#include <boost/algorithm/string/predicate.hpp>
+#include <boost/property_tree/ini_parser.hpp>
+#include <boost/property_tree/ptree.hpp>
+#include <cstdlib>
+#include <map>
+#include <mutex>
+
+namespace {
+
+std::mutex g_overrides_mutex;
+std::map<std::string, std::string> g_overrides;
+
+bool find_override(const std::string& key, std::string* value) {
+  std::lock_guard<std::mutex> lock(g_overrides_mutex);
+  const auto it = g_overrides.find(key);
+  if (it == g_overrides.end()) return false;
+  *value = it->second;
+  return true;
+}
+
+// Values are read at each call, so an edited file takes effect at once. A file that
+// cannot be read or parsed holds no keys.
+bool find_in_ini_file(const std::string& key, std::string* value) {
+  const char* file = std::getenv("PGMDEV_CONFIG_FILE");
+  if (file == nullptr || *file == '\0') return false;
+  boost::property_tree::ptree tree;
+  try {
+    boost::property_tree::ini_parser::read_ini(file, tree);
+  } catch (const boost::property_tree::ptree_error&) {
+    return false;
+  }
+  using path = boost::property_tree::ptree::path_type;
+  if (const auto top = tree.get_optional<std::string>(path(key, '\0'))) {
+    *value = *top;
+    return true;
+  }
+  if (const auto section = tree.get_child_optional("pgmdev")) {
+    if (const auto nested = section->get_optional<std::string>(path(key, '\0'))) {
+      *value = *nested;
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+std::string cfg_get_value(const std::string& key) {
+  std::string value;
+  if (find_override(key, &value)) return value;
+  if (const char* env = std::getenv(key.c_str())) return env;
+  if (find_in_ini_file(key, &value)) return value;
+  return "";
+}
+
+bool cfg_is_on(const std::string& key, bool default_value) {
+  const std::string value = cfg_get_value(key);
+  for (const char* on : {"on", "1", "true", "yes"}) {
+    if (boost::algorithm::iequals(value, on)) return true;
+  }
+  for (const char* off : {"off", "0", "false", "no"}) {
+    if (boost::algorithm::iequals(value, off)) return false;
+  }
+  return default_value;
+}
+
+void cfg_set_value(const std::string& key, const std::string& value) {
+  std::lock_guard<std::mutex> lock(g_overrides_mutex);
+  g_overrides[key] = value;
+}
+
+void cfg_unset_value(const std::string& key) {
+  std::lock_guard<std::mutex> lock(g_overrides_mutex);
+  g_overrides.erase(key);
+}
+
+void cfg_clear_overrides() {
+  std::lock_guard<std::mutex> lock(g_overrides_mutex);
+  g_overrides.clear();
+}

@@ -1,0 +1,54 @@
+// Where the installation's databases and the library module live.
+#include <dlfcn.h>
+
+#include <filesystem>
+
+#include "pgm_cfg.h"
+#include "pgm_fio.h"
+#include "pgmdev_build_config.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The folder of the file this code was loaded from: the shared library, or the program
+// that links the library statically.
+std::string module_folder() {
+  Dl_info info{};
+  if (dladdr(reinterpret_cast<void*>(&module_folder), &info) == 0 || info.dli_fname == nullptr) {
+    return fs::current_path().string();
+  }
+  std::error_code error;
+  fs::path file = fs::canonical(fs::path(info.dli_fname), error);
+  if (error) file = fs::absolute(fs::path(info.dli_fname), error);
+  return file.parent_path().string();
+}
+
+// An installed module finds share/pgmdev relative to itself; a module in the build tree
+// uses the build's generated share/pgmdev.
+std::string default_share_folder() {
+  const fs::path module = module_folder();
+  for (const char* relative : {PGMDEV_SHARE_FROM_LIBDIR, PGMDEV_SHARE_FROM_BINDIR}) {
+    std::error_code error;
+    const fs::path candidate = (module / relative).lexically_normal();
+    if (fs::is_directory(candidate / "programmer", error)) return candidate.string();
+  }
+  return PGMDEV_BUILD_SHARE_DIR;
+}
+
+std::string configured_or(const char* key, std::string (*fallback)()) {
+  const std::string value = cfg_get_value(key);
+  return value.empty() ? fallback() : value;
+}
+
+}  // namespace
+
+std::string gen_get_device_db_fullpath() {
+  return configured_or("PGMDEV_DEVICE_DB_DIR", &default_share_folder);
+}
+
+std::string gen_get_korvel_path() {
+  return configured_or("PGMDEV_INSTALL_DIR", &default_share_folder);
+}
+
+std::string gen_get_module_path() { return configured_or("PGMDEV_MODULE_DIR", &module_folder); }
