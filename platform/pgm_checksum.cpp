@@ -39,7 +39,8 @@ DWORD msb_calculate_crc32(const BYTE* data, DWORD first_bit, DWORD bit_count, DW
 }
 
 WORD calculate_crc16_xmodem(const BYTE* data, size_t length) {
-  boost::crc_xmodem_type crc;
+  // Boost's own crc_xmodem_type is the bit-reflected variant, so spell the parameters out.
+  boost::crc_optimal<16, 0x1021, 0, 0, false, false> crc;
   crc.process_bytes(data, length);
   return crc.checksum();
 }

@@ -10,7 +10,7 @@
 class FIO_PATH {
  public:
   FIO_PATH() = default;
-  FIO_PATH(const std::string& path) : m_path(path) {}  // NOLINT: implicit by design
+  FIO_PATH(const std::string& path) : m_path(path) {}       // NOLINT: implicit by design
   FIO_PATH(const char* path) : m_path(path ? path : "") {}  // NOLINT: implicit by design
 
   // The path made absolute and lexically normal ("." and ".." removed).

@@ -52,7 +52,8 @@ class MSG_INTERNAL_ERROR {
   static HOOK set_hook(HOOK hook);
 };
 
-using MSG_DEBUG_HOOK = std::function<void(DWORD level, const std::string& category, const std::string& text)>;
+using MSG_DEBUG_HOOK =
+    std::function<void(DWORD level, const std::string& category, const std::string& text)>;
 
 // Writes a debug message: to the hook when one is set, else to stderr when `level` is at
 // most the configured PGMDEV_DEBUG_LEVEL.

@@ -90,6 +90,8 @@ QTL_TOKENIZER::QTL_TOKENIZER(const std::string& text, const std::string& separat
 
 std::vector<std::string> QTL_TOKENIZER::split(const std::string& text,
                                               const std::string& separators) {
+  // Boost yields no cell at all for "", where a splitter that keeps empty cells yields one.
+  if (text.empty()) return {std::string()};
   using separator = boost::char_separator<char>;
   const separator cells(separators.c_str(), "", boost::keep_empty_tokens);
   const boost::tokenizer<separator> tokens(text, cells);

@@ -18,13 +18,13 @@ constexpr const char* CATEGORY = "PGMDEV";
 
 // Fatal check: when `cond` is false, reports `text` (the condition as the system words it)
 // under `module` and throws MSG_INTERNAL_ERROR_EXCEPTION.
-#define PGMDEV_CHECK(cond, text, module)                                        \
-  do {                                                                          \
+#define PGMDEV_CHECK(cond, text, module)                                                     \
+  do {                                                                                       \
     if (!(cond)) MSG_INTERNAL_ERROR::report((text), ::pgmdev::CATEGORY, (module), __LINE__); \
   } while (0)
 
 // Soft check: reports and evaluates to the condition's value so the caller may go on.
-#define PGMDEV_CHECK_SOFT(cond, text, module)                                                 \
-  ((cond) ? true                                                                              \
-          : (MSG_INTERNAL_ERROR::report_soft((text), ::pgmdev::CATEGORY, (module), __LINE__), \
-             false))
+#define PGMDEV_CHECK_SOFT(cond, text, module) \
+  ((cond)                                     \
+       ? true                                 \
+       : (MSG_INTERNAL_ERROR::report_soft((text), ::pgmdev::CATEGORY, (module), __LINE__), false))
