@@ -1,5 +1,5 @@
 # The two front-door commands: `make test` and `make demo`. Everything else is CMake.
-.PHONY: all bootstrap build test asan demo clean
+.PHONY: all bootstrap build test asan demo format tidy clean
 
 PRESET ?= default
 
@@ -17,6 +17,12 @@ test: build
 
 asan:
 	@$(MAKE) --no-print-directory test PRESET=asan
+
+format:
+	@git ls-files '*.cpp' '*.h' | xargs clang-format -i
+
+tidy: build
+	@git ls-files 'platform/*.cpp' 'pgm/*.cpp' 'tools/*.cpp' | xargs clang-tidy -quiet -p build/$(PRESET)
 
 clean:
 	rm -rf build
