@@ -1,0 +1,178 @@
+// Typed record codec of the database files: bounded reads and writes of tagged values.
+#include "pgmdev_db_codec.h"
+
+#include <algorithm>
+
+#include "pgm_common.h"
+#include "pgmdev_check.h"
+
+namespace pgmdev {
+
+namespace {
+
+// The reader and writer texts name the width of the access they guard.
+const char* bound_text(DWORD count, bool reading) {
+  switch (count) {
+    case 1:
+      return reading ? "index + 1 <= data_size" : "index + 1 <= memory_size";
+    case 2:
+      return reading ? "index + 2 <= data_size" : "index + 2 <= memory_size";
+    case 4:
+      return reading ? "index + 4 <= data_size" : "index + 4 <= memory_size";
+    default:
+      return reading ? "index + length <= data_size" : "index + length <= memory_size";
+  }
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------- reader
+
+DB_READER::DB_READER(const BYTE* data, DWORD data_size, const char* module)
+    : m_data(data), m_size(data_size), m_module(module) {
+  PGMDEV_CHECK(data != nullptr || data_size == 0, "data != NULL", module);
+}
+
+void DB_READER::require(DWORD count, const char* text) const {
+  // 64-bit sum: no wrap-around whatever the index.
+  PGMDEV_CHECK(QWORD(m_index) + count <= m_size, text, m_module);
+}
+
+BYTE DB_READER::get_byte() {
+  require(1, bound_text(1, true));
+  return m_data[m_index++];
+}
+
+DWORD DB_READER::get_dword() {
+  require(4, bound_text(4, true));
+  DWORD value = 0;
+  for (int shift = 0; shift < 32; shift += 8) value |= DWORD(m_data[m_index++]) << shift;
+  return value;
+}
+
+void DB_READER::get_bool_data(bool* out) {
+  const BYTE type = get_byte();
+  PGMDEV_CHECK(type == PGMDEV_MANAGER_BOOL, "type == PGMDEV_MANAGER_BOOL", m_module);
+  const BYTE value = get_byte();
+  PGMDEV_CHECK(value == 0 || value == 1, "value == 0 || value == 1", m_module);
+  *out = (value == 1);
+}
+
+void DB_READER::get_byte_data(BYTE* out) {
+  const BYTE type = get_byte();
+  PGMDEV_CHECK(type == PGMDEV_MANAGER_BYTE, "type == PGMDEV_MANAGER_BYTE", m_module);
+  *out = get_byte();
+}
+
+void DB_READER::get_word_data(WORD* out) {
+  const BYTE type = get_byte();
+  PGMDEV_CHECK(type == PGMDEV_MANAGER_WORD, "type == PGMDEV_MANAGER_WORD", m_module);
+  require(2, bound_text(2, true));
+  *out = WORD(m_data[m_index] | (m_data[m_index + 1] << 8));
+  m_index += 2;
+}
+
+void DB_READER::get_dword_data(DWORD* out) {
+  const BYTE type = get_byte();
+  PGMDEV_CHECK(type == PGMDEV_MANAGER_DEVID_ENUM || type == PGMDEV_MANAGER_DWORD ||
+                   type == PGMDEV_MANAGER_ENUM,
+               "type == PGMDEV_MANAGER_DEVID_ENUM || type == PGMDEV_MANAGER_DWORD || type == "
+               "PGMDEV_MANAGER_ENUM",
+               m_module);
+  *out = get_dword();
+}
+
+void DB_READER::get_string_data(bool allow_empty, std::string* out) {
+  const BYTE type = get_byte();
+  PGMDEV_CHECK(type == PGMDEV_MANAGER_DEVID_STR || type == PGMDEV_MANAGER_STRING,
+               "type == PGMDEV_MANAGER_DEVID_STR || type == PGMDEV_MANAGER_STRING", m_module);
+  const BYTE length = get_byte();
+  out->clear();
+  if (length == 0) {
+    PGMDEV_CHECK(allow_empty, "allow_empty", m_module);
+    return;
+  }
+  require(length, bound_text(length, true));
+  out->assign(reinterpret_cast<const char*>(m_data + m_index), length);
+  m_index += length;
+}
+
+void DB_READER::confirm_marker(char last, const char* last_text) {
+  // Each byte is bounds-checked and compared in turn; the first wrong one is reported.
+  PGMDEV_CHECK(get_byte() == 'E', "data[index++] == 'E'", m_module);
+  PGMDEV_CHECK(get_byte() == 'N', "data[index++] == 'N'", m_module);
+  PGMDEV_CHECK(get_byte() == 'D', "data[index++] == 'D'", m_module);
+  PGMDEV_CHECK(get_byte() == BYTE(last), last_text, m_module);
+}
+
+void DB_READER::confirm_data_type_end() { confirm_marker('1', "data[index++] == '1'"); }
+
+void DB_READER::confirm_database_end() { confirm_marker('2', "data[index++] == '2'"); }
+
+// ---------------------------------------------------------------- writer
+
+DB_WRITER::DB_WRITER(DWORD memory_size, const char* module)
+    : m_data(memory_size, 0), m_module(module) {}
+
+void DB_WRITER::require(DWORD count, const char* text) const {
+  PGMDEV_CHECK(QWORD(m_index) + count <= m_data.size(), text, m_module);
+}
+
+void DB_WRITER::dump_bytes(const void* bytes, DWORD count) {
+  if (count == 0) return;
+  require(count, bound_text(count, false));
+  const BYTE* source = static_cast<const BYTE*>(bytes);
+  std::copy(source, source + count, m_data.begin() + m_index);
+  m_index += count;
+}
+
+void DB_WRITER::dump_byte(BYTE value) {
+  require(1, bound_text(1, false));
+  m_data[m_index++] = value;
+}
+
+void DB_WRITER::dump_dword_database(DWORD value) {
+  require(4, bound_text(4, false));
+  for (int shift = 0; shift < 32; shift += 8) m_data[m_index++] = BYTE(value >> shift);
+}
+
+void DB_WRITER::dump_bool_to_database(const std::string& text) {
+  PGMDEV_CHECK(text == "" || text == "FALSE" || text == "TRUE",
+               "string == \"\" || string == \"FALSE\" || string == \"TRUE\"", m_module);
+  dump_byte(PGMDEV_MANAGER_BOOL);
+  dump_byte(text == "TRUE" ? 1 : 0);
+}
+
+void DB_WRITER::dump_value_to_database(const std::string& text, DWORD count) {
+  PGMDEV_CHECK(count == 1 || count == 2 || count == 4, "count == 1 || count == 2 || count == 4",
+               m_module);
+  bool success = false;
+  const DWORD value = PGM_COMMON::convert_string_to_dword(text, 0, &success, nullptr, true);
+  PGMDEV_CHECK(success, "Invalid string to integer conversion", m_module);
+  const BYTE tag =
+      count == 1 ? PGMDEV_MANAGER_BYTE : (count == 2 ? PGMDEV_MANAGER_WORD : PGMDEV_MANAGER_DWORD);
+  dump_byte(tag);
+  require(count, bound_text(count, false));
+  for (DWORD i = 0; i < count; ++i) m_data[m_index++] = BYTE(value >> (8 * i));
+}
+
+void DB_WRITER::dump_enum_value(DWORD value) {
+  dump_byte(PGMDEV_MANAGER_ENUM);
+  dump_dword_database(value);
+}
+
+void DB_WRITER::dump_string_to_database(bool allow_empty, const std::string& text,
+                                        PGMDEV_MANAGER_TYPE type) {
+  PGMDEV_CHECK(text.size() > 0 || allow_empty, "string.size() > 0 || allow_empty", m_module);
+  PGMDEV_CHECK(type == PGMDEV_MANAGER_DEVID_STR || type == PGMDEV_MANAGER_STRING,
+               "type == PGMDEV_MANAGER_DEVID_STR || type == PGMDEV_MANAGER_STRING", m_module);
+  dump_byte(BYTE(type));
+  dump_byte(BYTE(text.size()));
+  dump_bytes(text.data(), DWORD(text.size()));
+}
+
+void DB_WRITER::dump_data_type_end() { dump_bytes("END1", DB_END_MARKER_SIZE); }
+
+void DB_WRITER::dump_database_end() { dump_bytes("END2", DB_END_MARKER_SIZE); }
+
+}  // namespace pgmdev
