@@ -26,16 +26,21 @@ bool is_wildcard(const std::string& filter) {
   return filter.empty() || catalog::ascii_iequals(filter, "ANY");
 }
 
-bool matches(const std::string& filter, std::string_view value) {
-  return is_wildcard(filter) || catalog::ascii_iequals(filter, value);
-}
-
 // A family or device filter as its value: 0 for "any", -1 for a name the catalogue lacks.
 int resolve(const std::string& filter, const catalog::NameIndex& index) {
   if (is_wildcard(filter)) return 0;
   const int value = catalog::find_name(index, filter.c_str());
   return value == 0 ? -1 : value;
 }
+
+// One text filter, its wildcard test made once rather than once per part.
+struct TextFilter {
+  explicit TextFilter(const std::string& text) : any(is_wildcard(text)), text(text) {}
+  bool equals(std::string_view value) const { return any || catalog::ascii_iequals(text, value); }
+  bool within(std::string_view value) const { return any || catalog::ascii_icontains(value, text); }
+  bool any;
+  const std::string& text;
+};
 
 }  // namespace
 
@@ -113,21 +118,18 @@ bool DEV_PART_MANAGER::filter_part_list(std::vector<int>* parts, const std::stri
   const int family_value = resolve(family, t.family_index);
   const int device_value = resolve(device, t.device_index);
   if (family_value < 0 || device_value < 0) return false;
-  const bool any_name = is_wildcard(filter);
+  const TextFilter by_package(package), by_speed(speed), by_temperature(temperature),
+      by_name(filter);
   const int last = std::min<int>(catalog::kPartCount, static_cast<int>(t.parts.size()) - 1);
   for (int i = 1; i <= last; ++i) {
     const catalog::CatalogPart& p = t.parts[static_cast<std::size_t>(i)];
     if ((released_only && !p.released) || (preferred_only && !p.preferred) ||
-        (!include_hidden && p.hidden)) {
+        (!include_hidden && p.hidden) || (device_value != 0 && p.device != device_value) ||
+        (family_value != 0 && t.devices[p.device].family != family_value)) {
       continue;
     }
-    if ((device_value != 0 && p.device != device_value) ||
-        (family_value != 0 && get_family_of(p.device) != family_value)) {
-      continue;
-    }
-    if (!matches(package, p.package) || !matches(speed, p.speed) ||
-        !matches(temperature, p.temperature) ||
-        (!any_name && !catalog::ascii_icontains(p.name, filter))) {
+    if (!by_package.equals(p.package) || !by_speed.equals(p.speed) ||
+        !by_temperature.equals(p.temperature) || !by_name.within(p.name)) {
       continue;
     }
     parts->push_back(i);

@@ -25,15 +25,21 @@ static_assert(kPartCount > 0, "parts.csv must hold at least one part");
 char upper(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c; }
 
 // A table as a flat grid of cells: row 0 is the header; every row has the header's width.
+// One pass over the bytes; the cells point into the text.
 class CsvGrid {
  public:
   explicit CsvGrid(std::string_view text) {
-    std::size_t start = 0;
-    while (start < text.size()) {
-      std::size_t end = text.find('\n', start);
-      if (end == std::string_view::npos) end = text.size();
-      add_row(text.substr(start, end - start));
-      start = end + 1;
+    std::size_t cell_start = 0, row_start = 0;
+    for (std::size_t i = 0; i <= text.size(); ++i) {
+      const bool end_of_text = i == text.size();
+      if (!end_of_text && text[i] != ',' && text[i] != '\n') continue;
+      if (end_of_text && i == cell_start && m_cells.size() == row_start) break;  // last '\n'
+      m_cells.push_back(text.substr(cell_start, i - cell_start));
+      cell_start = i + 1;
+      if (!end_of_text && text[i] == ',') continue;
+      if (m_width == 0) m_width = m_cells.size();
+      if (m_cells.size() - row_start != m_width) fail("row cells == header cells", __LINE__);
+      row_start = m_cells.size();
     }
     if (m_width == 0) fail("catalog table has a header row", __LINE__);
   }
@@ -54,20 +60,6 @@ class CsvGrid {
   }
 
  private:
-  void add_row(std::string_view line) {
-    const std::size_t before = m_cells.size();
-    std::size_t start = 0;
-    for (;;) {
-      const std::size_t comma = line.find(',', start);
-      m_cells.push_back(
-          line.substr(start, comma == std::string_view::npos ? line.npos : comma - start));
-      if (comma == std::string_view::npos) break;
-      start = comma + 1;
-    }
-    if (m_width == 0) m_width = m_cells.size();
-    if (m_cells.size() - before != m_width) fail("row cells == header cells", __LINE__);
-  }
-
   std::size_t m_width = 0;
   std::vector<std::string_view> m_cells;
 };
@@ -101,6 +93,7 @@ void load_families(CatalogTables* t) {
       std::string_view(embedded::catalog_families_csv_data, embedded::catalog_families_csv_size));
   const std::size_t value = grid.column("family_enum"), name = grid.column("family_name");
   t->families.resize(grid.rows() + 1);
+  t->family_index.reserve(grid.rows());
   for (std::size_t r = 1; r <= grid.rows(); ++r) {
     t->families[r].name = grid.cell(r, name);
     index_row(grid, r, value, t->families[r].name, &t->family_index);
@@ -113,6 +106,7 @@ void load_devices(CatalogTables* t) {
   const std::size_t value = grid.column("device_enum"), name = grid.column("device_name"),
                     family = grid.column("family_enum");
   t->devices.resize(grid.rows() + 1);
+  t->device_index.reserve(grid.rows());
   for (std::size_t r = 1; r <= grid.rows(); ++r) {
     CatalogDevice& device = t->devices[r];
     device.name = grid.cell(r, name);
@@ -149,7 +143,9 @@ void load_parts(CatalogTables* t) {
   }
 }
 
-CatalogTables load() {
+}  // namespace
+
+CatalogTables load_tables() {
   CatalogTables t;
   load_families(&t);
   load_devices(&t);
@@ -157,10 +153,8 @@ CatalogTables load() {
   return t;
 }
 
-}  // namespace
-
 const CatalogTables& tables() {
-  static const CatalogTables loaded = load();
+  static const CatalogTables loaded = load_tables();
   return loaded;
 }
 

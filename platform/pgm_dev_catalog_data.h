@@ -52,6 +52,8 @@ struct CatalogTables {
 
 // Parses and indexes the tables on the first call (safe when several threads make it).
 const CatalogTables& tables();
+// Parses and indexes the tables afresh (what the first call of tables() does).
+CatalogTables load_tables();
 
 // The value of `name` (case ignored) in `index`, or 0 when unknown or null.
 int find_name(const NameIndex& index, const char* name);

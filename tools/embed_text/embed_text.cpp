@@ -67,17 +67,17 @@ void append_escaped(std::string* out, unsigned char c) {
   }
 }
 
-// The bytes as string literals, one source line per input line (or per 96 bytes).
+// The bytes as string literals, one source line per input line (or per ~100 characters).
 std::string literal_lines(const std::string& bytes) {
   std::string out = "    \"";
-  std::size_t column = 0;
+  std::size_t line_start = 0;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     const unsigned char c = static_cast<unsigned char>(bytes[i]);
     append_escaped(&out, c);
-    ++column;
-    if ((c == '\n' || column >= 96) && i + 1 < bytes.size()) {
-      out.append("\"\n    \"");
-      column = 0;
+    if ((c == '\n' || out.size() - line_start >= 100) && i + 1 < bytes.size()) {
+      out.append("\"\n");
+      line_start = out.size();
+      out.append("    \"");
     }
   }
   out.append("\"");
