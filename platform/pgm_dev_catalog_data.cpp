@@ -34,7 +34,9 @@ class CsvGrid {
       const bool end_of_text = i == text.size();
       if (!end_of_text && text[i] != ',' && text[i] != '\n') continue;
       if (end_of_text && i == cell_start && m_cells.size() == row_start) break;  // last '\n'
-      m_cells.push_back(text.substr(cell_start, i - cell_start));
+      std::string_view cell = text.substr(cell_start, i - cell_start);
+      if (!cell.empty() && cell.back() == '\r') cell.remove_suffix(1);  // tolerate "\r\n"
+      m_cells.push_back(cell);
       cell_start = i + 1;
       if (!end_of_text && text[i] == ',') continue;
       if (m_width == 0) m_width = m_cells.size();
