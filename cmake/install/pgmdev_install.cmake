@@ -10,10 +10,18 @@ install(TARGETS pgmdev EXPORT pgmdevTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
 
-# The exported headers and the platform declarations they include, side by side, so that
-# one include directory serves both.
-file(GLOB PGMDEV_PUBLIC_HEADERS CONFIGURE_DEPENDS
-  "${PROJECT_SOURCE_DIR}/h/*.h" "${PROJECT_SOURCE_DIR}/platform/*.h")
+# The exported headers and the platform declarations (platform.h and what it includes),
+# side by side, so that one include directory serves both. Other platform headers are the
+# platform's own business.
+file(GLOB PGMDEV_PUBLIC_HEADERS CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/h/*.h")
+set(platform_header "${PROJECT_SOURCE_DIR}/platform/platform.h")
+file(STRINGS "${platform_header}" platform_includes REGEX "^#include \"[^\"]+\"")
+list(APPEND PGMDEV_PUBLIC_HEADERS "${platform_header}")
+foreach(line IN LISTS platform_includes)
+  string(REGEX REPLACE "^#include \"([^\"]+)\".*" "\\1" name "${line}")
+  list(APPEND PGMDEV_PUBLIC_HEADERS "${PROJECT_SOURCE_DIR}/platform/${name}")
+endforeach()
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${platform_header}")
 install(FILES ${PGMDEV_PUBLIC_HEADERS}
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/pgmdev" COMPONENT development)
 
