@@ -1,0 +1,107 @@
+// Test helpers for the flash INI data file: a private module folder and byte-level access.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "pgmdev_flash_ini.h"
+#include "platform.h"
+
+namespace flash_ini_test {
+
+using BYTES = std::vector<BYTE>;
+
+// A fresh folder for the data file, on tmpfs when there is one: the file is fsynced on
+// every write, and thousands of writes must stay fast.
+inline std::string make_temp_folder(const char* tag) {
+  namespace fs = std::filesystem;
+  const fs::path base = fs::is_directory("/dev/shm") && access("/dev/shm", W_OK) == 0
+                            ? fs::path("/dev/shm")
+                            : fs::temp_directory_path();
+  std::string pattern = (base / (std::string("pgmdev_") + tag + "_XXXXXX")).string();
+  if (mkdtemp(pattern.data()) == nullptr) return "";
+  return pattern;
+}
+
+inline BYTES read_bytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return BYTES(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+inline void write_bytes(const std::string& path, const BYTES& bytes) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out.write(reinterpret_cast<const char*>(bytes.data()),
+            static_cast<std::streamsize>(bytes.size()));
+}
+
+inline void put_dword(BYTES& bytes, DWORD value) {
+  for (int i = 0; i < 4; ++i) bytes.push_back(static_cast<BYTE>(value >> (8 * i)));
+}
+
+// A file image: magic, count, the given table entries, then `data`.
+inline BYTES make_file(const std::vector<std::pair<DWORD, DWORD>>& table, const BYTES& data) {
+  const std::string magic = "PGMDEV_FLASH_INI";
+  BYTES bytes(magic.begin(), magic.end());
+  put_dword(bytes, static_cast<DWORD>(table.size()));
+  for (const auto& entry : table) {
+    put_dword(bytes, entry.first);
+    put_dword(bytes, entry.second);
+  }
+  bytes.insert(bytes.end(), data.begin(), data.end());
+  return bytes;
+}
+
+// The section as read_flash_ini_data returns it; `present` false when it returned null.
+struct SECTION {
+  bool present = false;
+  BYTES bytes;
+};
+
+inline SECTION read_section(PGMDEV_FLASH_INI_ENUM section) {
+  DWORD size = 12345;
+  std::unique_ptr<BYTE[]> block(PGMDEV_FLASH_INI::read_flash_ini_data(section, size));
+  SECTION result;
+  result.present = block != nullptr;
+  if (block) result.bytes.assign(block.get(), block.get() + size);
+  if (!block) {
+    EXPECT_EQ(size, 0u);
+  }
+  return result;
+}
+
+inline bool write_section(PGMDEV_FLASH_INI_ENUM section, BYTES data) {
+  return PGMDEV_FLASH_INI::write_flash_ini_data(section, data.empty() ? nullptr : data.data(),
+                                                static_cast<DWORD>(data.size()));
+}
+
+// Points the module folder at a private temporary folder for the test's lifetime.
+class FlashIniFolder : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    m_folder = make_temp_folder("flash_ini");
+    ASSERT_FALSE(m_folder.empty());
+    cfg_set_value("PGMDEV_MODULE_DIR", m_folder);
+    m_path = m_folder + "/pgm_flash.ini";
+    m_previous_hook = MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
+  }
+  void TearDown() override {
+    MSG_INTERNAL_ERROR::set_hook(m_previous_hook);
+    cfg_unset_value("PGMDEV_MODULE_DIR");
+    std::error_code ignored;
+    std::filesystem::remove_all(m_folder, ignored);
+  }
+
+  std::string m_folder;
+  std::string m_path;
+  MSG_INTERNAL_ERROR::HOOK m_previous_hook;
+};
+
+}  // namespace flash_ini_test
