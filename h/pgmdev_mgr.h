@@ -1,0 +1,4 @@
+// Naming and type support, the HPS managers and their flash records.
+#pragma once
+
+#include "pgmdev_hps_mgr.h"

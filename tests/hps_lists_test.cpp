@@ -1,0 +1,174 @@
+// HPS SPI and NAND flash lists: built-in rows, user sections, self-pointing records.
+#include <cstring>
+
+#include "flash_ini_test_support.h"
+#include "pgmdev_hps_mgr.h"
+
+namespace {
+
+using namespace flash_ini_test;
+using FI = PGMDEV_FLASH_INI;
+
+// A user section: the signature, then every record encoded through its params.
+template <typename RECORD>
+BYTES make_section(const char* signature, const std::vector<RECORD>& records, DWORD count,
+                   const PGMDEV_PARAM_TYPE* types) {
+  DWORD size = PGMDEV_HPS_SIGNATURE_SIZE;
+  for (const RECORD& r : records) {
+    for (DWORD i = 0; i < count; ++i)
+      FI::calculate_flash_ini_data_size(size, types[i], r.params[i]);
+  }
+  BYTES section(size, 0);
+  std::memcpy(section.data(), signature, PGMDEV_HPS_SIGNATURE_SIZE);
+  DWORD index = PGMDEV_HPS_SIGNATURE_SIZE;
+  for (const RECORD& r : records) {
+    for (DWORD i = 0; i < count; ++i)
+      FI::fillup_flash_ini_data(section.data(), index, types[i], r.params[i]);
+  }
+  return section;
+}
+
+BYTES spi_section(const std::vector<PGMDEV_HPS_SPI_STRUCTURE>& records) {
+  return make_section(PGMDEV_HPS_SPI_SIGNATURE, records, PGMDEV_HPS_SPI_PARAM_COUNT,
+                      PGMDEV_HPS_SPI_PARAM_TYPES);
+}
+
+PGMDEV_HPS_SPI_STRUCTURE user_spi(DWORD siid, const std::string& name) {
+  return PGMDEV_HPS_SPI_STRUCTURE(siid, 0xFFFFFF, 0, 0, "ACME", name, QWORD{1} << 33, 4096, 256,
+                                  100, 2, 1, 1500, 1, 1, true, 0xDC, 0x12, 0x13);
+}
+
+template <typename RECORD>
+void expect_self_pointing(const RECORD& r, DWORD count) {
+  for (DWORD i = 0; i < count; ++i) {
+    const BYTE* p = static_cast<const BYTE*>(r.params[i]);
+    EXPECT_TRUE(p >= reinterpret_cast<const BYTE*>(&r) &&
+                p < reinterpret_cast<const BYTE*>(&r) + sizeof(RECORD))
+        << "param " << i;
+  }
+}
+
+class HpsLists : public FlashIniFolder {
+ protected:
+  void TearDown() override {
+    PGMDEV_HPS_SPI_MGR::delete_mgr();
+    PGMDEV_HPS_NAND_MGR::delete_mgr();
+    FlashIniFolder::TearDown();
+  }
+};
+
+TEST_F(HpsLists, WithoutFileOnlyTheBuiltIns) {
+  const auto& spi = PGMDEV_HPS_SPI_MGR::get_mgr()->get_list();
+  ASSERT_EQ(spi.size(), 27u);
+  EXPECT_TRUE(PGMDEV_HPS_SPI_MGR::get_mgr()->get_user_list().empty());
+  EXPECT_EQ(spi[0]->name, "QSPI_64");
+  EXPECT_EQ(spi[0]->flash_bit_size, 64u * 1048576);
+  EXPECT_EQ(spi[3]->ext_siid, 0x44u);
+  EXPECT_EQ(spi[4]->die_size, 2u);
+  EXPECT_FALSE(spi[4]->speed_mode);
+  EXPECT_EQ(spi[17]->sector_byte_size, 262144u);
+  EXPECT_EQ(spi[20]->page_byte_size, 512u);
+  EXPECT_EQ(spi[26]->manufacturer, "GIGADEVICE");
+  EXPECT_EQ(spi[26]->siid, 0x1840C8u);
+  EXPECT_EQ(spi[26]->byte4_se_opcode, 0xDCu);
+  for (const PGMDEV_HPS_SPI_STRUCTURE* r : spi) {
+    EXPECT_EQ(r->mask, 0xFFFFFFu);
+    expect_self_pointing(*r, PGMDEV_HPS_SPI_PARAM_COUNT);
+  }
+  const auto& nand = PGMDEV_HPS_NAND_MGR::get_mgr()->get_list();
+  ASSERT_EQ(nand.size(), 10u);
+  EXPECT_TRUE(PGMDEV_HPS_NAND_MGR::get_mgr()->get_user_list().empty());
+  EXPECT_EQ(nand[0]->manufacturer_id, 0x2Cu);
+  EXPECT_EQ(nand[0]->flash_byte_size, QWORD{1} << 32);
+  EXPECT_EQ(nand[9]->device_id, 0xCCu);
+  EXPECT_EQ(nand[9]->flash_byte_size, QWORD{1} << 29);
+}
+
+TEST_F(HpsLists, UserSpiRecordsComeFirst) {
+  ASSERT_TRUE(write_section(PGMDEV_FLASH_INI_HPS_SPI,
+                            spi_section({user_spi(0x1234EF, "MINE_1"), user_spi(0x5678EF, "")})));
+  PGMDEV_HPS_SPI_MGR* mgr = PGMDEV_HPS_SPI_MGR::get_mgr();
+  ASSERT_EQ(mgr->get_list().size(), 29u);
+  ASSERT_EQ(mgr->get_user_list().size(), 2u);
+  EXPECT_EQ(mgr->get_list()[0], mgr->get_user_list()[0]);
+  EXPECT_EQ(mgr->get_list()[1], mgr->get_user_list()[1]);
+  EXPECT_EQ(mgr->get_list()[0]->name, "MINE_1");
+  EXPECT_EQ(mgr->get_list()[0]->flash_bit_size, QWORD{1} << 33);
+  EXPECT_EQ(mgr->get_list()[1]->siid, 0x5678EFu);
+  EXPECT_EQ(mgr->get_list()[1]->name, "");
+  EXPECT_EQ(mgr->get_list()[2]->name, "QSPI_64");
+  expect_self_pointing(*mgr->get_list()[1], PGMDEV_HPS_SPI_PARAM_COUNT);
+  // The list is not refreshed until the manager is rebuilt.
+  ASSERT_TRUE(write_section(PGMDEV_FLASH_INI_HPS_SPI, {}));
+  EXPECT_EQ(PGMDEV_HPS_SPI_MGR::get_mgr()->get_list().size(), 29u);
+  PGMDEV_HPS_SPI_MGR::delete_mgr();
+  EXPECT_EQ(PGMDEV_HPS_SPI_MGR::get_mgr()->get_list().size(), 27u);
+}
+
+TEST_F(HpsLists, ForeignOrShortSectionsAddNothing) {
+  BYTES section = spi_section({user_spi(1, "A")});
+  section[31] = section[31] == 'e' ? 'f' : 'e';
+  ASSERT_TRUE(write_section(PGMDEV_FLASH_INI_HPS_SPI, section));
+  EXPECT_EQ(PGMDEV_HPS_SPI_MGR::get_mgr()->get_list().size(), 27u);
+  PGMDEV_HPS_SPI_MGR::delete_mgr();
+  // The signature alone is shorter than 33 bytes.
+  ASSERT_TRUE(write_section(PGMDEV_FLASH_INI_HPS_SPI, spi_section({})));
+  EXPECT_TRUE(PGMDEV_HPS_SPI_MGR::get_mgr()->get_user_list().empty());
+  PGMDEV_HPS_SPI_MGR::delete_mgr();
+  // A cut second record is dropped; the first is kept.
+  section = spi_section({user_spi(1, "A"), user_spi(2, "B")});
+  section.resize(section.size() - 3);
+  ASSERT_TRUE(write_section(PGMDEV_FLASH_INI_HPS_SPI, section));
+  ASSERT_EQ(PGMDEV_HPS_SPI_MGR::get_mgr()->get_user_list().size(), 1u);
+  EXPECT_EQ(PGMDEV_HPS_SPI_MGR::get_mgr()->get_user_list()[0]->name, "A");
+}
+
+TEST_F(HpsLists, NandSectionOfSignatureAndTwentyBytesGivesOneRecord) {
+  BYTES section(PGMDEV_HPS_NAND_SIGNATURE, PGMDEV_HPS_NAND_SIGNATURE + 32);
+  const BYTE record[] = {0xEC, 0, 0, 0, 0xD3, 0, 0, 0, 0, 0, 0, 0x40, 0, 0, 0, 0};
+  section.insert(section.end(), record, record + 16);
+  section.insert(section.end(), {0x98, 0, 0, 0});
+  ASSERT_TRUE(write_section(PGMDEV_FLASH_INI_HPS_NAND, section));
+  PGMDEV_HPS_NAND_MGR* mgr = PGMDEV_HPS_NAND_MGR::get_mgr();
+  ASSERT_EQ(mgr->get_user_list().size(), 1u);
+  ASSERT_EQ(mgr->get_list().size(), 11u);
+  EXPECT_EQ(mgr->get_list()[0]->manufacturer_id, 0xECu);
+  EXPECT_EQ(mgr->get_list()[0]->device_id, 0xD3u);
+  EXPECT_EQ(mgr->get_list()[0]->flash_byte_size, QWORD{0x40} << 24);
+  // The SPI signature does not open the NAND section.
+  std::memcpy(section.data(), PGMDEV_HPS_SPI_SIGNATURE, 32);
+  ASSERT_TRUE(write_section(PGMDEV_FLASH_INI_HPS_NAND, section));
+  PGMDEV_HPS_NAND_MGR::delete_mgr();
+  EXPECT_EQ(PGMDEV_HPS_NAND_MGR::get_mgr()->get_list().size(), 10u);
+}
+
+TEST(HpsRecords, CopiesPointIntoThemselves) {
+  const PGMDEV_HPS_SPI_STRUCTURE original = user_spi(7, "ORIGINAL");
+  PGMDEV_HPS_SPI_STRUCTURE copy(original);
+  expect_self_pointing(copy, PGMDEV_HPS_SPI_PARAM_COUNT);
+  EXPECT_EQ(*static_cast<std::string*>(copy.params[5]), "ORIGINAL");
+  PGMDEV_HPS_SPI_STRUCTURE assigned = PGMDEV_HPS_SPI_BLANK;
+  expect_self_pointing(assigned, PGMDEV_HPS_SPI_PARAM_COUNT);
+  EXPECT_EQ(assigned.siid, 0u);
+  EXPECT_FALSE(assigned.speed_mode);
+  assigned = original;
+  *static_cast<DWORD*>(assigned.params[0]) = 99;
+  EXPECT_EQ(assigned.siid, 99u);
+  EXPECT_EQ(original.siid, 7u);
+  std::vector<PGMDEV_HPS_NAND_STRUCTURE> moved(1, PGMDEV_HPS_NAND_STRUCTURE(1, 2, 3));
+  moved.resize(100);  // reallocation copies every record
+  expect_self_pointing(moved[0], PGMDEV_HPS_NAND_PARAM_COUNT);
+  EXPECT_EQ(*static_cast<QWORD*>(moved[0].params[2]), 3u);
+}
+
+TEST(HpsRecords, KeyAndLabelTables) {
+  EXPECT_EQ(PGMDEV_HPS_SPI_PARAM_KEYS[10], "bulk_erase_interval_wait_time");
+  EXPECT_EQ(PGMDEV_HPS_SPI_PARAM_LABELS[6], "Memory Density [1 - 2048 Mbit]");
+  EXPECT_EQ(PGMDEV_HPS_SPI_PARAM_TYPES[15], PGMDEV_PARAM_BOOL);
+  EXPECT_EQ(PGMDEV_HPS_NAND_PARAM_KEYS[2], "flash_byte_size");
+  EXPECT_EQ(PGMDEV_HPS_NAND_PARAM_LABELS[0],
+            "Manufacturer ID (hex) [Cannot be all 0's or all 1's]");
+  EXPECT_EQ(PGMDEV_HPS_NAND_PARAM_TYPES[2], PGMDEV_PARAM_QWORD);
+}
+
+}  // namespace
