@@ -2,3 +2,4 @@
 #pragma once
 
 #include "pgmdev_hps_mgr.h"
+#include "pgmdev_mgr_naming.h"

@@ -1,0 +1,44 @@
+// Parsing the OPN blob's payload: a count, then that many variable-length part numbers.
+#include <algorithm>
+
+#include "pgmdev_check.h"
+#include "pgmdev_naming_codec.h"
+#include "pgmdev_naming_db.h"
+
+namespace pgmdev {
+
+void parse_opn_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_OPN_DB& db) {
+  // The count's four bytes must lie before the trailer.
+  PGMDEV_CHECK(data_size >= NAMING_MAGIC_SIZE + 4 + NAMING_TRAILER_SIZE, "data_size >= 18",
+               MODULE_DDB_MGR);
+  const DWORD limit = data_size - NAMING_TRAILER_SIZE;
+  const DWORD enum_count = read_le32(data + NAMING_MAGIC_SIZE);
+  PGMDEV_CHECK(enum_count > 0, "enum_count > 0", MODULE_DDB_MGR);
+  DWORD index = NAMING_MAGIC_SIZE + 4;
+  // Every number takes at least one byte, so a count beyond the payload cannot be honest.
+  db.m_slots.reserve(std::min<DWORD>(enum_count, limit - index));
+  for (DWORD i = 0; i < enum_count; ++i) {
+    NAMING_VARINT number;
+    bool more = true;
+    while (more) {
+      PGMDEV_CHECK(index < limit, "index < (data_size - 4)", MODULE_DDB_MGR);
+      more = number.add(data[index++]);
+    }
+    PGMDEV_CHECK(number.shift <= NAMING_VARINT_MAX_SHIFT, "shift <= 35", MODULE_DDB_MGR);
+    PGMDEV_CHECK(number.value <= QWORD(0xFFFFFFFF), "dev_enum <= QWORD(0xFFFFFFFF)",
+                 MODULE_DDB_MGR);
+    db.m_slots.push_back(DWORD(number.value));
+  }
+  PGMDEV_CHECK(index == limit, "index == (data_size - 4)", MODULE_DDB_MGR);
+}
+
+std::unique_ptr<PGMDEV_DDB_OPN_DB> open_opn_db(const BYTE* compressed, DWORD compressed_length,
+                                               DWORD length) {
+  const std::vector<BYTE> data =
+      open_naming_blob(compressed, compressed_length, length, OPN_BLOB_TEXTS);
+  auto db = std::make_unique<PGMDEV_DDB_OPN_DB>();
+  parse_opn_payload(data.data(), DWORD(data.size()), *db);
+  return db;
+}
+
+}  // namespace pgmdev
