@@ -56,12 +56,10 @@ class PGMDEV_DEVICE_GRAMMAR_MGR {
   static std::string get_pcf_device(const std::string& name);
   // Both programmer pcf names of a device (the name is converted to its programmer name).
   static void get_pgm_pcfs(std::string& name, std::string& part_pcf, std::string& family_pcf);
-  static void get_pgm_pcfs(const std::string& name, std::string& part_pcf,
-                           std::string& family_pcf);
+  static void get_pgm_pcfs(const std::string& name, std::string& part_pcf, std::string& family_pcf);
   // Both device pcf names of a pcf device name (taken as it is, not converted).
   static void get_dev_pcfs(std::string& name, std::string& part_pcf, std::string& family_pcf);
-  static void get_dev_pcfs(const std::string& name, std::string& part_pcf,
-                           std::string& family_pcf);
+  static void get_dev_pcfs(const std::string& name, std::string& part_pcf, std::string& family_pcf);
   // Whether the device is addressed by its full part name: the name is its own package
   // name and that is its own programmer name. False for "".
   static bool use_full_name(std::string& name);

@@ -54,8 +54,7 @@ std::string PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(std::string& name, bool 
   return result;
 }
 
-std::string PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_name(std::string& name,
-                                                    bool skip_package_conversion,
+std::string PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_name(std::string& name, bool skip_package_conversion,
                                                     bool no_fallback) {
   std::string result = reverse(PGMDEV_DDB_GRAMMAR_ENUM::PGM_NAME, name);
   std::string intermediate;
@@ -138,8 +137,7 @@ std::string PGMDEV_DEVICE_GRAMMAR_MGR::get_pcf_family_pcf(const std::string& nam
   std::string copy = name;
   return get_pcf_family_pcf(copy);
 }
-std::string PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(const std::string& name,
-                                                        bool no_fallback) {
+std::string PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(const std::string& name, bool no_fallback) {
   std::string copy = name;
   return get_package_name(copy, no_fallback);
 }

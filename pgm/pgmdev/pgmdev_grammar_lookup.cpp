@@ -27,8 +27,7 @@ void normalise_name(std::string& name) {
   stl_toupper(name);
 }
 
-void grammar_lookup_reverse(PGMDEV_DDB_GRAMMAR_ENUM type, std::string& name,
-                            std::string& result) {
+void grammar_lookup_reverse(PGMDEV_DDB_GRAMMAR_ENUM type, std::string& name, std::string& result) {
   const PGMDEV_DDB_GRAMMAR_DB* mgr = naming_grammar_db();
   checked_map(mgr, type);
   normalise_name(name);
@@ -52,7 +51,8 @@ void grammar_lookup_reverse_linear(PGMDEV_DDB_GRAMMAR_ENUM type, std::string& na
 PGMDEV_DDB_GRAMMAR_LIST grammar_lookup_forward(std::string& name) {
   const PGMDEV_DDB_GRAMMAR_DB* mgr = naming_grammar_db();
   PGMDEV_CHECK(mgr != nullptr, "mgr != NULL", MODULE_DDB_MGR);
-  const PGMDEV_DDB_GRAMMAR_MAP* mapping = mgr->get_map(DWORD(PGMDEV_DDB_GRAMMAR_ENUM::DEV_PART_PCF));
+  const PGMDEV_DDB_GRAMMAR_MAP* mapping =
+      mgr->get_map(DWORD(PGMDEV_DDB_GRAMMAR_ENUM::DEV_PART_PCF));
   PGMDEV_CHECK(mapping != nullptr, "mapping != NULL", MODULE_DDB_MGR);
   normalise_name(name);
   const auto found = mapping->find(name);

@@ -60,9 +60,9 @@ std::string PGMDEV_MGR::get_part_name_from_dev(std::string device_name) {
   const DEV_PART_MANAGER manager;
   const DEV_DEVICE_ENUM device = dstr_get_dev_device_enum_by_string(device_name.c_str());
   const DEV_FAMILY_ENUM family = manager.get_family_of(device);
-  if (!PGMDEV_CHECK_SOFT(dstr_is_valid_dev_device_enum(device) &&
-                             dstr_is_valid_dev_family_enum(family),
-                         "Device is not valid in DEV database", pgmdev::MODULE_MGR)) {
+  if (!PGMDEV_CHECK_SOFT(
+          dstr_is_valid_dev_device_enum(device) && dstr_is_valid_dev_family_enum(family),
+          "Device is not valid in DEV database", pgmdev::MODULE_MGR)) {
     return "";
   }
   const std::string family_name = dstr_get_user_string(family);

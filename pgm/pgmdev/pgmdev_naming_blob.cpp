@@ -30,10 +30,10 @@ void check_trailer(const std::vector<BYTE>& data) {
                MODULE_DDB_MGR);
   PGMDEV_CHECK(BYTE(crc32 >> 8) == data[data_size - 3], "BYTE(crc32 >> 8) == data[data_size-3]",
                MODULE_DDB_MGR);
-  PGMDEV_CHECK(BYTE(crc32 >> 16) == data[data_size - 2],
-               "BYTE(crc32 >> 16) == data[data_size-2]", MODULE_DDB_MGR);
-  PGMDEV_CHECK(BYTE(crc32 >> 24) == data[data_size - 1],
-               "BYTE(crc32 >> 24) == data[data_size-1]", MODULE_DDB_MGR);
+  PGMDEV_CHECK(BYTE(crc32 >> 16) == data[data_size - 2], "BYTE(crc32 >> 16) == data[data_size-2]",
+               MODULE_DDB_MGR);
+  PGMDEV_CHECK(BYTE(crc32 >> 24) == data[data_size - 1], "BYTE(crc32 >> 24) == data[data_size-1]",
+               MODULE_DDB_MGR);
 }
 
 }  // namespace

@@ -78,7 +78,8 @@ inline void append_grammar_entry(std::vector<BYTE>& out, const std::string& key,
 inline std::vector<BYTE> seal_naming_blob(const std::vector<BYTE>& payload) {
   std::vector<BYTE> blob(NAMING_MAGIC_SIZE + payload.size() + NAMING_TRAILER_SIZE, 0);
   std::memcpy(blob.data(), NAMING_MAGIC, NAMING_MAGIC_SIZE);
-  if (!payload.empty()) std::memcpy(blob.data() + NAMING_MAGIC_SIZE, payload.data(), payload.size());
+  if (!payload.empty())
+    std::memcpy(blob.data() + NAMING_MAGIC_SIZE, payload.data(), payload.size());
   const DWORD crc = naming_blob_crc(blob.data(), blob.size());
   for (size_t i = 0; i < NAMING_TRAILER_SIZE; ++i) {
     blob[blob.size() - NAMING_TRAILER_SIZE + i] = static_cast<BYTE>(crc >> (8 * i));

@@ -37,8 +37,8 @@ std::string find_section_file(const std::string& directory, int section) {
 bool valid_name(const std::string& name, bool allow_hyphen) {
   if (name.empty() || name.size() > MAX_NAME_LENGTH) return false;
   for (char c : name) {
-    const bool ok = (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-                    (allow_hyphen && c == '-');
+    const bool ok =
+        (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || (allow_hyphen && c == '-');
     if (!ok) return false;
   }
   return true;
@@ -66,7 +66,8 @@ std::vector<std::string> split_blanks(const std::string& text) {
 }
 
 DWORD parse_number(const std::string& path, int line, const std::string& text) {
-  if (text.empty() || text.size() > 10 || text.find_first_not_of("0123456789") != std::string::npos) {
+  if (text.empty() || text.size() > 10 ||
+      text.find_first_not_of("0123456789") != std::string::npos) {
     fail(path, line, "not a number: " + text);
   }
   const unsigned long long value = std::stoull(text);

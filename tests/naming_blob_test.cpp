@@ -1,0 +1,205 @@
+// Opening and parsing crafted naming blobs: every check, its order and its exact text.
+#include <gtest/gtest.h>
+
+#include "naming_test_support.h"
+#include "pgmdev_naming_db.h"
+
+namespace {
+
+using namespace naming_test;
+using pgmdev::open_grammar_db;
+using pgmdev::open_opn_db;
+
+std::string open_grammar(const std::vector<BYTE>& blob, DWORD length) {
+  const std::vector<BYTE> compressed = compress(blob);
+  return fatal_text([&] { open_grammar_db(compressed.data(), DWORD(compressed.size()), length); });
+}
+
+std::string open_grammar(const std::vector<BYTE>& blob) {
+  return open_grammar(blob, DWORD(blob.size()));
+}
+
+std::string parse_grammar(const std::vector<BYTE>& payload) {
+  const std::vector<BYTE> blob = unsealed(payload);
+  PGMDEV_DDB_GRAMMAR_DB db;
+  return fatal_text([&] { pgmdev::parse_grammar_payload(blob.data(), DWORD(blob.size()), db); });
+}
+
+std::vector<BYTE> opn_payload(const std::vector<QWORD>& values, DWORD count) {
+  std::vector<BYTE> payload;
+  pgmdev::append_le32(payload, count);
+  for (QWORD value : values) pgmdev::append_varint(payload, value);
+  return payload;
+}
+
+std::string open_opn(const std::vector<BYTE>& payload) {
+  const std::vector<BYTE> blob = pgmdev::seal_naming_blob(payload);
+  const std::vector<BYTE> compressed = compress(blob);
+  return fatal_text(
+      [&] { open_opn_db(compressed.data(), DWORD(compressed.size()), DWORD(blob.size())); });
+}
+
+TEST(NamingBlob, WellFormedGrammarParsesIntoSortedSections) {
+  std::vector<SECTION> sections = small_grammar();
+  sections[0] = {{"ZZ", {"Z2", "Z1"}}, {"AA", {"A9"}}};
+  sections[3].push_back({"K0", {"SAME_KEY_ELSEWHERE"}});  // same key as section 0 is allowed
+  const std::vector<BYTE> blob = pgmdev::seal_naming_blob(grammar_payload(sections));
+  const std::vector<BYTE> compressed = compress(blob);
+  const auto db = open_grammar_db(compressed.data(), DWORD(compressed.size()), DWORD(blob.size()));
+  const PGMDEV_DDB_GRAMMAR_MAP& first = *db->get_map(0);
+  ASSERT_EQ(first.size(), 2u);
+  EXPECT_EQ(first.begin()->first, "AA");
+  EXPECT_EQ(first.at("ZZ"), (std::vector<std::string>{"Z2", "Z1"}));  // blob order kept
+  EXPECT_EQ(db->get_map(3)->size(), 2u);
+  EXPECT_EQ(db->get_map(8), nullptr);
+}
+
+TEST(NamingBlob, LengthOneShortOrLongFailsTheLengthCheckNotTheCrc) {
+  const std::vector<BYTE> blob = pgmdev::seal_naming_blob(grammar_payload(small_grammar()));
+  const DWORD size = DWORD(blob.size());
+  EXPECT_EQ(open_grammar(blob, size + 1), "data_size == PGMDDB_GRAMMAR_LENGTH");
+  EXPECT_EQ(open_grammar(blob, size - 1), "data_size == PGMDDB_GRAMMAR_LENGTH");
+  const std::vector<BYTE> opn = pgmdev::seal_naming_blob(opn_payload({5}, 1));
+  const std::vector<BYTE> compressed = compress(opn);
+  EXPECT_EQ(fatal_text([&] {
+              open_opn_db(compressed.data(), DWORD(compressed.size()), DWORD(opn.size() + 1));
+            }),
+            "data_size == PGMDDB_OPN_LENGTH");
+}
+
+TEST(NamingBlob, BrokenStreamMagicAndTrailerFailInOrder) {
+  const std::vector<BYTE> good = pgmdev::seal_naming_blob(grammar_payload(small_grammar()));
+  const std::vector<BYTE> garbage(40, 0x5A);
+  EXPECT_EQ(fatal_text([&] { open_grammar_db(garbage.data(), DWORD(garbage.size()), 100); }),
+            "zlib_uncompress(data, &data_size, PGMDDB_GRAMMAR_DATA, PGMDDB_GRAMMAR_CMP_LENGTH) == "
+            "ZLIB_OK");
+  EXPECT_EQ(fatal_text([&] { open_opn_db(garbage.data(), DWORD(garbage.size()), 100); }),
+            "zlib_uncompress(data, &data_size, PGMDDB_OPN_DATA, PGMDDB_OPN_CMP_LENGTH) == ZLIB_OK");
+
+  std::vector<BYTE> magic = good;
+  magic[9] = 'b';
+  EXPECT_EQ(open_grammar(magic), "memcmp(data, \"PGMDEV_DDB\", 10) == 0");
+
+  // One flipped bit in the last payload byte: the first trailer byte is compared first.
+  std::vector<BYTE> flipped = good;
+  flipped[flipped.size() - 5] ^= 0x01;
+  EXPECT_EQ(open_grammar(flipped), "BYTE(crc32) == data[data_size-4]");
+
+  // The trailer is little-endian; stored most significant first it fails at once.
+  std::vector<BYTE> big_endian = good;
+  std::reverse(big_endian.end() - 4, big_endian.end());
+  EXPECT_EQ(open_grammar(big_endian), "BYTE(crc32) == data[data_size-4]");
+
+  // Later trailer bytes have their own reports.
+  const char* texts[] = {"BYTE(crc32 >> 8) == data[data_size-3]",
+                         "BYTE(crc32 >> 16) == data[data_size-2]",
+                         "BYTE(crc32 >> 24) == data[data_size-1]"};
+  for (int i = 0; i < 3; ++i) {
+    std::vector<BYTE> bad = good;
+    bad[bad.size() - 3 + i] ^= 0x80;
+    EXPECT_EQ(open_grammar(bad), texts[i]);
+  }
+}
+
+TEST(NamingBlob, SectionCountMustBeEight) {
+  EXPECT_EQ(parse_grammar(grammar_payload(small_grammar(7))),
+            "pointer_index == DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)");
+  EXPECT_EQ(parse_grammar(grammar_payload(small_grammar(9))),
+            "pointer_index < DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)");
+  EXPECT_EQ(parse_grammar({}), "pointer_index == DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)");
+  // Sealed, the same faults pass every container check and stop in the parser.
+  EXPECT_EQ(open_grammar(pgmdev::seal_naming_blob(grammar_payload(small_grammar(9)))),
+            "pointer_index < DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)");
+}
+
+TEST(NamingBlob, EntryInvariantsAreFatal) {
+  std::vector<SECTION> twice = small_grammar();
+  twice[2].push_back({"K2", {"OTHER"}});
+  EXPECT_EQ(parse_grammar(grammar_payload(twice)), "map->find(key) == map->end()");
+
+  std::vector<SECTION> repeated = small_grammar();
+  repeated[1] = {{"K1", {"A", "B", "A"}}};
+  EXPECT_EQ(parse_grammar(grammar_payload(repeated)),
+            "std::find(contents.begin(), contents.end(), content) == contents.end()");
+  // Long lists use a different repeat check; same verdict.
+  std::vector<std::string> long_list;
+  for (int i = 0; i < 40; ++i) long_list.push_back("S" + std::to_string(i));
+  long_list.push_back("S3");
+  repeated[1] = {{"K1", long_list}};
+  EXPECT_EQ(parse_grammar(grammar_payload(repeated)),
+            "std::find(contents.begin(), contents.end(), content) == contents.end()");
+
+  // A key followed directly by two zero bytes has no list.
+  std::vector<BYTE> no_list = {'K', 0, 0, 0};
+  EXPECT_EQ(parse_grammar(no_list), "contents.size()");
+  // An empty section: a zero byte where a key should start.
+  std::vector<BYTE> empty_section = {0, 0};
+  EXPECT_EQ(parse_grammar(empty_section), "data[index] != 0");
+}
+
+TEST(NamingBlob, SoftReportsLetParsingGoOn) {
+  // Section 7's only entry closes on the last payload byte and has no section zero byte:
+  // "index < data_size" is reported and the (zero) trailer byte ends the section.
+  std::vector<BYTE> payload = grammar_payload(small_grammar(7));
+  for (const char* text : {"K7", "V7"}) pgmdev::append_cstring(payload, text);
+  payload.push_back(0);
+  std::vector<BYTE> blob = unsealed(payload);
+  PGMDEV_DDB_GRAMMAR_DB db;
+  REPORT_RECORDER recorder;
+  pgmdev::parse_grammar_payload(blob.data(), DWORD(blob.size()), db);
+  EXPECT_EQ(recorder.conditions(), std::vector<std::string>{"index < data_size"});
+  EXPECT_FALSE(recorder.reports()[0].fatal);
+  EXPECT_EQ(db.get_map(7)->at("K7"), std::vector<std::string>{"V7"});
+
+  // A list string cut off by the trailer: kept, then the entry without its zero is dropped.
+  payload = grammar_payload(small_grammar(7));
+  pgmdev::append_cstring(payload, "K7");
+  payload.push_back('V');
+  blob = unsealed(payload);
+  PGMDEV_DDB_GRAMMAR_DB dropped;
+  REPORT_RECORDER second;
+  pgmdev::parse_grammar_payload(blob.data(), DWORD(blob.size()), dropped);
+  EXPECT_EQ(second.conditions(),
+            (std::vector<std::string>{"index < data_size && data[index] == 0",
+                                      "index < data_size && data[index] == 0"}));
+  EXPECT_TRUE(dropped.get_map(7)->empty());
+  EXPECT_EQ(dropped.get_map(6)->size(), 1u);
+}
+
+TEST(NamingBlob, OpnTableChecks) {
+  EXPECT_EQ(open_opn(opn_payload({1, 0, 300, 0xFFFFFFFF}, 4)), "");
+  EXPECT_EQ(open_opn(opn_payload({}, 0)), "enum_count > 0");
+  // Six bytes: shift 42 even though the value is small.
+  std::vector<BYTE> six = opn_payload({}, 1);
+  for (BYTE b : {0x81, 0x80, 0x80, 0x80, 0x80, 0x00}) six.push_back(b);
+  EXPECT_EQ(open_opn(six), "shift <= 35");
+  EXPECT_EQ(open_opn(opn_payload({0x100000000ull}, 1)), "dev_enum <= QWORD(0xFFFFFFFF)");
+  std::vector<BYTE> spare = opn_payload({7}, 1);
+  spare.push_back(0);
+  EXPECT_EQ(open_opn(spare), "index == (data_size - 4)");
+  EXPECT_EQ(open_opn(opn_payload({7}, 2)), "index < (data_size - 4)");
+  std::vector<BYTE> cut = opn_payload({}, 1);
+  cut.push_back(0x85);  // a continuation byte with nothing after it
+  EXPECT_EQ(open_opn(cut), "index < (data_size - 4)");
+  // A very long run of continuation bytes stays defined and is refused by its length.
+  std::vector<BYTE> endless = opn_payload({}, 1);
+  endless.insert(endless.end(), 20, 0xFF);
+  endless.push_back(0x01);
+  EXPECT_EQ(open_opn(endless), "shift <= 35");
+}
+
+TEST(NamingBlob, OpnSlotsKeepBlobOrder) {
+  const std::vector<BYTE> blob = pgmdev::seal_naming_blob(opn_payload({0, 200, 0, 7, 200}, 5));
+  const std::vector<BYTE> compressed = compress(blob);
+  const auto db = open_opn_db(compressed.data(), DWORD(compressed.size()), DWORD(blob.size()));
+  EXPECT_EQ(db->m_slots, (std::vector<DWORD>{0, 200, 0, 7, 200}));
+  EXPECT_EQ(db->find_slot_of(200), 1u);  // the first slot wins
+  EXPECT_EQ(db->find_slot_of(9), INVALID_DWORD);
+}
+
+TEST(NamingBlob, TooShortForMagicAndTrailer) {
+  const std::vector<BYTE> tiny = {'P', 'G', 'M'};
+  EXPECT_EQ(open_grammar(tiny), "data_size >= 14");
+}
+
+}  // namespace

@@ -1,0 +1,201 @@
+// Grammar manager over the shipped naming data: conversions, normalisation, fallbacks,
+// debug output, lazy loading and the reverse index.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "naming_test_support.h"
+#include "pgm_cfg.h"
+#include "pgmdev_ddb_mgr.h"
+#include "pgmdev_grammar_lookup.h"
+#include "pgmdev_mgr.h"
+#include "pgmdev_naming_db.h"
+
+namespace {
+
+using GRAMMAR = PGMDEV_DEVICE_GRAMMAR_MGR;
+
+class NamingGrammar : public ::testing::Test {
+ protected:
+  void TearDown() override { cfg_clear_overrides(); }
+};
+
+TEST_F(NamingGrammar, ConvertsAlongTheNameChain) {
+  EXPECT_EQ(GRAMMAR::get_package_name(std::string("ZQ160M8C6"), false), "ZQ160M8");
+  EXPECT_EQ(GRAMMAR::get_pgm_name(std::string("ZQ160M8C6"), false, false), "ZQ160");
+  EXPECT_EQ(GRAMMAR::get_pgm_name(std::string("ZQ160M8"), true, true), "ZQ160");
+  EXPECT_EQ(GRAMMAR::get_pgm_part_pcf(std::string("ZQ160")), "ZQ1");
+  EXPECT_EQ(GRAMMAR::get_pgm_family_pcf(std::string("ZQ160")), "ZQ_FAMILY");
+  EXPECT_EQ(GRAMMAR::get_dev_part_pcf(std::string("ZQ160")), "ZQ1");
+  EXPECT_EQ(GRAMMAR::get_dev_family_pcf(std::string("ZQ160")), "ZQ_FAMILY");
+  EXPECT_EQ(GRAMMAR::get_pcf_family_pcf(std::string("ZQ1")), "ZQ_FAMILY");
+  EXPECT_EQ(GRAMMAR::get_family(std::string("ZQ1")), "ZORQA_I");
+  EXPECT_EQ(GRAMMAR::get_family(std::string("ZQ160S")), "ZORQA_I");  // through its part pcf
+  // CPLD programmer names sit under NONE, which belongs to no family.
+  EXPECT_EQ(GRAMMAR::get_pgm_part_pcf(std::string("NL10")), "NONE");
+  EXPECT_EQ(GRAMMAR::get_family(std::string("NL10")), "");
+  EXPECT_EQ(GRAMMAR::get_family(std::string("NO_SUCH_NAME")), "");
+}
+
+TEST_F(NamingGrammar, NormalisesTheCallersStringInPlace) {
+  std::string name = " zq160 ";
+  EXPECT_EQ(GRAMMAR::get_family(name), "ZORQA_I");
+  EXPECT_EQ(name, "ZQ160");
+  std::string full = "\tzq160m8c6\n";
+  EXPECT_EQ(GRAMMAR::get_pgm_name(full, false, false), "ZQ160");
+  EXPECT_EQ(full, "ZQ160M8C6");
+  // The constant form leaves its argument alone.
+  const std::string constant = " zq160 ";
+  EXPECT_EQ(GRAMMAR::get_family(constant), "ZORQA_I");
+  EXPECT_EQ(constant, " zq160 ");
+}
+
+TEST_F(NamingGrammar, FallbacksAndIntendedAsymmetries) {
+  // A package name is in no section-0 list: itself, or "" without fallback.
+  EXPECT_EQ(GRAMMAR::get_package_name(std::string("zq160m8"), false), "ZQ160M8");
+  EXPECT_EQ(GRAMMAR::get_package_name(std::string("ZQ160M8"), true), "");
+  // Section PGM_NAME lists package names only: skipping the conversion falls back.
+  EXPECT_EQ(GRAMMAR::get_pgm_name(std::string("zq160m8c6"), true, false), "ZQ160M8C6");
+  EXPECT_EQ(GRAMMAR::get_pgm_name(std::string("zq160m8c6"), true, true), "");
+  EXPECT_EQ(GRAMMAR::get_pgm_name(std::string("unknown"), false, false), "UNKNOWN");
+  // Only keys, never list strings, answer the forward look-up.
+  EXPECT_EQ(GRAMMAR::get_pcf_device(std::string("zq1")), "ZQ160");  // first in blob order
+  EXPECT_EQ(GRAMMAR::get_pcf_device(std::string("ZQ160")), "");
+  // A key alone gives nothing in a reverse look-up.
+  EXPECT_EQ(GRAMMAR::get_package_name(std::string("ZQ160M8"), true), "");
+
+  EXPECT_FALSE(GRAMMAR::use_full_name(std::string("")));
+  EXPECT_TRUE(GRAMMAR::use_package_name(std::string("")));
+  EXPECT_FALSE(GRAMMAR::use_package_name(std::string("NO_SUCH_PART")));
+  EXPECT_FALSE(GRAMMAR::use_full_name(std::string("ZQ160M8C6")));
+  EXPECT_FALSE(GRAMMAR::use_package_name(std::string("ZQ160M8")));
+  // Configuration devices are their own package and programmer names.
+  EXPECT_TRUE(GRAMMAR::use_full_name(std::string(" cf35 ")));
+  EXPECT_TRUE(GRAMMAR::use_package_name(std::string("CF35")));
+
+  // get_pgm_pcfs converts to the programmer name first; get_dev_pcfs does not.
+  std::string part_pcf = "x", family_pcf = "x";
+  GRAMMAR::get_pgm_pcfs(std::string("zq160m8c6"), part_pcf, family_pcf);
+  EXPECT_EQ(part_pcf, "ZQ1");
+  EXPECT_EQ(family_pcf, "ZQ_FAMILY");
+  GRAMMAR::get_dev_pcfs(std::string("zq160m8c6"), part_pcf, family_pcf);
+  EXPECT_EQ(part_pcf, "");
+  EXPECT_EQ(family_pcf, "");
+  GRAMMAR::get_dev_pcfs(std::string("zq160"), part_pcf, family_pcf);
+  EXPECT_EQ(part_pcf, "ZQ1");
+  EXPECT_EQ(family_pcf, "ZQ_FAMILY");
+}
+
+TEST_F(NamingGrammar, DebugOutputByteForByte) {
+  cfg_set_value("PGMDEV_ENABLE_GRAMMAR_DEBUG", "on");
+  testing::internal::CaptureStdout();
+  GRAMMAR::get_pgm_name(std::string("zq160m8c6"), false, false);
+  GRAMMAR::get_pgm_name(std::string("zq160m8"), true, true);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "Map Flow   : Strip Speedgrade\n"
+            "    Input  : ZQ160M8C6\n"
+            "    Output : ZQ160M8\n"
+            "Map Flow   : Strip Package (skip package conversion: 0)\n"
+            "    Input0 : ZQ160M8C6\n"
+            "    Input1 : ZQ160M8\n"
+            "    Output : ZQ160\n"
+            "Map Flow   : Strip Package (skip package conversion: 1)\n"
+            "    Input0 : ZQ160M8\n"
+            "    Input1 : \n"
+            "    Output : ZQ160\n");
+
+  // Read on every call: switched off, nothing is written by any operation.
+  cfg_set_value("PGMDEV_ENABLE_GRAMMAR_DEBUG", "off");
+  testing::internal::CaptureStdout();
+  std::string a, b;
+  GRAMMAR::get_pgm_name(std::string("zq160m8c6"), false, false);
+  GRAMMAR::use_full_name(std::string("cf35"));
+  GRAMMAR::use_package_name(std::string("cf35"));
+  GRAMMAR::get_pgm_pcfs(std::string("zq160"), a, b);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST_F(NamingGrammar, LoadsOnceLazilyAndUnloadsBoth) {
+  pgmdev::naming_unload();
+  EXPECT_FALSE(pgmdev::naming_grammar_loaded());
+  EXPECT_FALSE(pgmdev::naming_opn_loaded());
+  const DWORD grammar_loads = pgmdev::naming_grammar_load_count();
+  const DWORD opn_loads = pgmdev::naming_opn_load_count();
+
+  // The hash operations and an unknown name never touch the OPN table.
+  EXPECT_NE(PGMDEV_MGR::get_opn_hash("ZQ160M8C6"), 0xFFFFFFFFFFFFFFFFull);
+  EXPECT_EQ(PGMDEV_MGR::get_opn_enum("NO_SUCH_PART"), 0xFFFFFFFFul);
+  EXPECT_FALSE(pgmdev::naming_opn_loaded());
+  EXPECT_FALSE(pgmdev::naming_grammar_loaded());
+
+  for (int i = 0; i < 5; ++i) GRAMMAR::get_pgm_name(std::string("zq160m8c6"), false, false);
+  GRAMMAR::get_pcf_device(std::string("zq1"));
+  EXPECT_EQ(pgmdev::naming_grammar_load_count(), grammar_loads + 1);
+  EXPECT_FALSE(pgmdev::naming_opn_loaded());
+
+  PGMDEV_MGR::get_opn(0);
+  PGMDEV_MGR::get_opn(1);
+  EXPECT_EQ(pgmdev::naming_opn_load_count(), opn_loads + 1);
+
+  pgmdev::naming_unload();
+  EXPECT_FALSE(pgmdev::naming_grammar_loaded());
+  EXPECT_FALSE(pgmdev::naming_opn_loaded());
+  // Loads again on the next use.
+  EXPECT_EQ(GRAMMAR::get_family(std::string("ZQ1")), "ZORQA_I");
+  EXPECT_EQ(pgmdev::naming_grammar_load_count(), grammar_loads + 2);
+}
+
+TEST_F(NamingGrammar, SectionNumberOutOfRangeIsFatal) {
+  std::string name = "ZQ160";
+  std::string result;
+  EXPECT_EQ(naming_test::fatal_text([&] {
+              pgmdev::grammar_lookup_reverse(PGMDEV_DDB_GRAMMAR_ENUM::MAX, name, result);
+            }),
+            "type < PGMDEV_DDB_GRAMMAR_ENUM::MAX");
+}
+
+TEST_F(NamingGrammar, ShippedDataKeepsTheInvariants) {
+  const PGMDEV_DDB_GRAMMAR_DB* db = pgmdev::naming_grammar_db();
+  for (DWORD section = 0; section < PGMDEV_DDB_GRAMMAR_SECTIONS; ++section) {
+    const std::string allowed = section == 0 ? "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-"
+                                             : "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_";
+    std::set<std::string> seen;
+    for (const auto& [key, list] : *db->get_map(section)) {
+      for (const std::string& text : list) {
+        EXPECT_TRUE(seen.insert(text).second) << text << " under two keys of " << section;
+        EXPECT_LE(text.size(), 37u);
+        EXPECT_EQ(text.find_first_not_of(allowed), std::string::npos) << text;
+      }
+    }
+    if (section >= 2 && section <= 5) {
+      EXPECT_EQ(db->get_map(section)->count("NONE"), 1u);
+    }
+  }
+  EXPECT_GT(db->get_map(0)->size(), 3000u);
+}
+
+// The index must give the linear walk's answer for every string of every section, every
+// key, and names that are in no list.
+TEST_F(NamingGrammar, IndexedReverseLookupMatchesLinearWalk) {
+  const PGMDEV_DDB_GRAMMAR_DB* db = pgmdev::naming_grammar_db();
+  size_t compared = 0;
+  for (DWORD section = 0; section < PGMDEV_DDB_GRAMMAR_SECTIONS; ++section) {
+    const auto type = PGMDEV_DDB_GRAMMAR_ENUM(section);
+    std::vector<std::string> names = {"", "NOT_A_NAME", " zq160 "};
+    for (const auto& [key, list] : *db->get_map(section)) {
+      names.push_back(key);
+      names.insert(names.end(), list.begin(), list.end());
+    }
+    for (const std::string& name : names) {
+      std::string indexed_name = name, linear_name = name, indexed, linear;
+      pgmdev::grammar_lookup_reverse(type, indexed_name, indexed);
+      pgmdev::grammar_lookup_reverse_linear(type, linear_name, linear);
+      ASSERT_EQ(indexed, linear) << "section " << section << " name " << name;
+      ASSERT_EQ(indexed_name, linear_name);
+      ++compared;
+    }
+  }
+  EXPECT_GT(compared, 25000u);
+}
+
+}  // namespace
