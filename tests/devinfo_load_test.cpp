@@ -1,0 +1,184 @@
+// Device information load: every validation step, and damaged files ending in a clean error.
+#include "devinfo_test_support.h"
+#include "pgm_dev_catalog.h"
+
+namespace {
+
+using namespace devinfo_test;
+
+class DevInfoLoadTest : public DEV_INFO_TEST {
+ protected:
+  void SetUp() override {
+    DEV_INFO_TEST::SetUp();
+    ASSERT_EQ(generate(), "");
+    m_file = read_bytes(pcf_path());
+  }
+  std::string load_bytes(const std::vector<BYTE>& bytes) {
+    write_bytes(pcf_path(), bytes);
+    return load();
+  }
+  // Offset in the body where the index tables start.
+  size_t table_offset(const std::vector<BYTE>& body) {
+    return body.size() - PGMDEV_DEV_INFO_MANAGER(true, 0).get_table_size();
+  }
+  std::vector<BYTE> m_file;
+};
+
+const char* const INFLATE_ERROR =
+    "zlib_uncompress(decompressed_data, &new_dcmp_size, data, decompressed_count) == ZLIB_OK";
+
+TEST_F(DevInfoLoadTest, ContainerChecks) {
+  EXPECT_EQ(load_bytes(m_file), "");
+  std::vector<BYTE> bytes(m_file.begin(), m_file.begin() + 46);
+  EXPECT_EQ(load_bytes(bytes), "file_size > (8 + 32 + 4 + 2)");
+  bytes.push_back(0x78);  // 47 bytes pass the size test and fail in inflating
+  bytes[40] = 1;
+  bytes[41] = bytes[42] = bytes[43] = 0;
+  EXPECT_EQ(load_bytes(bytes), INFLATE_ERROR);
+
+  bytes = m_file;
+  bytes[8 + 31] ^= 0x01;  // the source digest's last character
+  EXPECT_EQ(load_bytes(bytes), "Mismatch ID between flash file and reader");
+  bytes = m_file;
+  bytes[bytes.size() - 1] = 0xA5;  // the checksum field is never read
+  EXPECT_EQ(load_bytes(bytes), "");
+  bytes = m_file;
+  bytes[40] ^= 0x01;  // body size one off
+  EXPECT_EQ(load_bytes(bytes), "new_dcmp_size == original_count");
+
+  std::filesystem::remove(pcf_path());
+  EXPECT_EQ(load(),
+            "FIO_FILE_SYSTEM::exists(device_file.fullpath().c_str()) && "
+            "FIO_FILE_SYSTEM::status(device_file.fullpath().c_str(), &stat_info)");
+  EXPECT_EQ(internal_error_of([] { PGMDEV_DEV_INFO_MANAGER manager(true, 0); }), "");
+}
+
+TEST_F(DevInfoLoadTest, AWrongMagicIsReportedAndLeavesNoRecords) {
+  std::vector<BYTE> bytes = m_file;
+  bytes[7] = 'F';  // the flash file's magic
+  write_bytes(pcf_path(), bytes);
+  m_reports.clear();
+  PGMDEV_DEV_INFO_MANAGER manager(false, 0);
+  ASSERT_EQ(m_reports.size(), 1u);
+  EXPECT_FALSE(m_reports[0].fatal);
+  EXPECT_EQ(m_reports[0].source_file, "pgm/pgmdev/pgmdev_dev_info_manager");
+  EXPECT_EQ(m_reports[0].condition,
+            "data[index++] == 'P' && data[index++] == 'G' && data[index++] == 'M' && "
+            "data[index++] == 'I' && data[index++] == 'O' && data[index++] == '_' && "
+            "data[index++] == 'D' && data[index++] == 'M'");
+  EXPECT_EQ(manager.get_device_database(), nullptr);
+  EXPECT_EQ(manager.get_db_by_part(1), nullptr);
+  EXPECT_EQ(manager.get_db_by_family(DEV_FAMILY_GENERIC), nullptr);
+}
+
+TEST_F(DevInfoLoadTest, BodyChecks) {
+  const auto load_changed = [this](const std::function<void(std::vector<BYTE>&)>& change) {
+    write_bytes(pcf_path(), m_file);
+    repack(change);
+    return load();
+  };
+  EXPECT_EQ(load_changed([](std::vector<BYTE>&) {}), "");
+  EXPECT_EQ(load_changed([](std::vector<BYTE>& body) { body[0] = 2; }),
+            "Mismatch version between device file and reader");
+  EXPECT_EQ(load_changed([](std::vector<BYTE>& body) { body[4] = body[5] = 0; }),
+            "m_device_count > 0 && m_type_count > 0");
+  EXPECT_EQ(load_changed([](std::vector<BYTE>& body) {
+              const BYTE end1[] = {'E', 'N', 'D', '1'};
+              auto at = std::search(body.begin(), body.end(), end1, end1 + 4);
+              at[3] = '2';  // END2 where the first record's END1 belongs
+            }),
+            "data[index++] == '1'");
+  // The record area one byte longer, then one byte shorter, than the body size implies.
+  EXPECT_EQ(load_changed([this](std::vector<BYTE>& body) {
+              body.insert(body.begin() + table_offset(body), 0);
+            }),
+            "index == m_csv_memory_size");
+  EXPECT_EQ(load_changed([](std::vector<BYTE>& body) { body.pop_back(); }),
+            "index == m_csv_memory_size");
+  // A part table made for another catalogue.
+  EXPECT_EQ(load_changed([](std::vector<BYTE>& body) {
+              const size_t count_at = body.size() - 4 * size_t(DEV_PART_MAX) - 4;
+              ++body[count_at];
+            }),
+            "get_dword(data, index) == DWORD(DEV_PART_MAX)");
+  EXPECT_EQ(load_changed([this](std::vector<BYTE>& body) { body[table_offset(body)] = 9; }),
+            "data[index++] == PGMDEV_MANAGER_FAMILY_TBL");
+  EXPECT_EQ(load_changed([this](std::vector<BYTE>& body) { body.resize(table_offset(body) + 1); }),
+            "memory_size > get_table_size()");
+}
+
+// Loads an image as if read from a file (the file steps are checked above).
+std::string load_image(const std::vector<BYTE>& image) {
+  return internal_error_of([&] { PROBE(true, 0).initialize_from_image(image); });
+}
+
+TEST_F(DevInfoLoadTest, EveryTruncationOfTheFileIsAnInternalError) {
+  EXPECT_EQ(load_image(m_file), "");
+  for (size_t length = 0; length < m_file.size(); ++length) {
+    const std::vector<BYTE> cut(m_file.begin(), m_file.begin() + length);
+    ASSERT_NE(load_image(cut), "") << length;
+  }
+}
+
+TEST_F(DevInfoLoadTest, EveryTruncationOfTheRecordAreaIsAnInternalError) {
+  const std::vector<BYTE> body = shipped_body();
+  const DWORD csv_size = DWORD(table_offset(body));
+  // Every length through the first records, then every fifth.
+  for (DWORD length = 0; length < csv_size; length += length < 1000 ? 1 : 5) {
+    const std::vector<BYTE> cut(body.begin(), body.begin() + length);
+    const std::string condition =
+        internal_error_of([&] { PROBE(true, 0).parse_body(cut, csv_size); });
+    ASSERT_NE(condition, "") << length;
+  }
+}
+
+// Loads that succeed must answer every look-up with a record copy, null, or an internal error.
+void exercise(PGMDEV_DEV_INFO_MANAGER& manager) {
+  for (DWORD family = 0; family < DEV_FAMILY_MAX; ++family) {
+    internal_error_of([&] { delete manager.get_db_by_family(DEV_FAMILY_ENUM(family)); });
+  }
+  for (DWORD device = 0; device < DEV_DEVICE_MAX; device += 7) {
+    internal_error_of([&] { delete manager.get_db_by_device(DEV_DEVICE_ENUM(device)); });
+  }
+  for (int part = 0; part < DEV_PART_MAX; part += 101) {
+    internal_error_of([&] { delete manager.get_db_by_part(part); });
+  }
+}
+
+TEST_F(DevInfoLoadTest, SingleBitFlipsOfTheFileEndCleanly) {
+  const size_t bits = m_file.size() * 8;
+  int loaded = 0;
+  // Every bit of the header, then every 7th bit of the rest: about 4,000 flips.
+  for (size_t bit = 0; bit < bits; bit += bit < 44 * 8 ? 1 : 7) {
+    std::vector<BYTE> flipped = m_file;
+    flipped[bit / 8] ^= BYTE(1u << (bit % 8));
+    internal_error_of([&] {
+      PROBE manager(true, 0);
+      manager.initialize_from_image(flipped);
+      exercise(manager);
+      ++loaded;
+    });
+  }
+  EXPECT_GT(loaded, 0);  // the checksum field's bits at least
+}
+
+TEST_F(DevInfoLoadTest, SingleBitFlipsOfTheBodyEndCleanly) {
+  const std::vector<BYTE> body = shipped_body();
+  const DWORD csv_size = DWORD(table_offset(body));
+  int loaded = 0;
+  int flips = 0;
+  // 3,000 flips spread over the records and into the tables.
+  for (size_t bit = 0; flips < 3000; bit += 67, ++flips) {
+    std::vector<BYTE> flipped = body;
+    flipped[(bit / 8) % body.size()] ^= BYTE(1u << (bit % 8));
+    internal_error_of([&] {
+      PROBE manager(true, 0);
+      manager.parse_body(flipped, csv_size);
+      exercise(manager);
+      ++loaded;
+    });
+  }
+  EXPECT_GT(loaded, 100);  // flips of plain values load
+}
+
+}  // namespace
