@@ -1,0 +1,76 @@
+// End-to-end tests of the pgmdev tool's frame: help, errors, suggestions, configuration.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "cli_run.h"
+
+namespace {
+
+using pgmdev::test::run_cli;
+
+size_t line_count(const std::string& text) {
+  return static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+TEST(CliFrame, EveryCommandHasHelp) {
+  const std::vector<std::vector<std::string>> commands = {{}, {"info"}};
+  for (std::vector<std::string> command : commands) {
+    command.push_back("--help");
+    const auto result = run_cli(command);
+    EXPECT_EQ(result.exit_code, 0) << command.front();
+    EXPECT_NE(result.out.find("Usage:"), std::string::npos) << result.out;
+  }
+}
+
+TEST(CliFrame, MistypedWordsGetOneLineWithSuggestions) {
+  auto result = run_cli({"inof"});
+  EXPECT_NE(result.exit_code, 0);
+  EXPECT_EQ(line_count(result.err), 1u) << result.err;
+  EXPECT_NE(result.err.find("did you mean info?"), std::string::npos) << result.err;
+
+  result = run_cli({"info", "--jsno"});
+  EXPECT_NE(result.exit_code, 0);
+  EXPECT_EQ(line_count(result.err), 1u) << result.err;
+  EXPECT_NE(result.err.find("did you mean --json?"), std::string::npos) << result.err;
+
+  result = run_cli({});
+  EXPECT_NE(result.exit_code, 0);
+  EXPECT_EQ(line_count(result.err), 1u) << result.err;
+}
+
+TEST(CliFrame, InfoFollowsEnvironmentAndConfigurationFile) {
+  namespace fs = std::filesystem;
+  const fs::path dir = fs::temp_directory_path() / ("pgmdev_cli_cfg_" + std::to_string(getpid()));
+  fs::create_directories(dir);
+  std::ofstream(dir / "pgmdev.ini") << "[pgmdev]\nPGMDEV_DEVICE_DB_DIR=" << dir.string() << "/db\n";
+
+  auto result = run_cli({"info", "--json"}, "",
+                        {{"PGMDEV_CONFIG_FILE", (dir / "pgmdev.ini").string()},
+                         {"PGMDEV_DEVICE_DB_DIR", "", true},
+                         {"PGMDEV_MODULE_DIR", dir.string()}});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  auto info = nlohmann::json::parse(result.out);
+  EXPECT_EQ(info["device_db_dir"], dir.string() + "/db");
+  EXPECT_EQ(info["module_dir"], dir.string());
+  EXPECT_EQ(info["files"].size(), 4u);
+
+  // The environment wins over the file.
+  result = run_cli({"info", "--json"}, "",
+                   {{"PGMDEV_CONFIG_FILE", (dir / "pgmdev.ini").string()},
+                    {"PGMDEV_DEVICE_DB_DIR", "/elsewhere"}});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(nlohmann::json::parse(result.out)["device_db_dir"], "/elsewhere");
+  fs::remove_all(dir);
+}
+
+TEST(CliFrame, VersionIsTheLibrarys) {
+  const auto result = run_cli({"--version"}, "", {{"PGMDEV_VERSION", "9.8.7"}});
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.out, "9.8.7\n");
+}
+
+}  // namespace

@@ -1,0 +1,36 @@
+// What the commands of the pgmdev tool share: options, user errors and their registration.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace pgmdev::cli {
+
+// Options that every query understands.
+struct Options {
+  bool json = false;  // machine-readable output instead of tables
+};
+
+// A user error: bad input or a name that is not known. Printed as one line, exit code 1.
+class CliError : public std::runtime_error {
+ public:
+  explicit CliError(const std::string& message, std::vector<std::string> suggestions = {})
+      : std::runtime_error(message), m_suggestions(std::move(suggestions)) {}
+  const std::vector<std::string>& suggestions() const { return m_suggestions; }
+
+ protected:
+  std::vector<std::string> m_suggestions;
+};
+
+// Adds --json to a query command, bound to the shared options.
+void add_json_flag(CLI::App* command, Options& options);
+
+// Each command family registers its subcommands on the top-level application.
+void register_info_command(CLI::App& app, Options& options);
+
+}  // namespace pgmdev::cli

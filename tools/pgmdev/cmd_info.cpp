@@ -1,0 +1,68 @@
+// `pgmdev info`: version and the folders where the library looks for its files.
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "cli.h"
+#include "output.h"
+#include "platform.h"
+
+namespace pgmdev::cli {
+
+namespace {
+
+struct Location {
+  const char* name;
+  std::string path;
+};
+
+void show_info(const Options& options) {
+  const std::string db_dir = gen_get_device_db_fullpath();
+  const std::vector<Location> files = {
+      {"device information file", db_dir + "/programmer/pgm_dev_info.pcf"},
+      {"flash database file", db_dir + "/programmer/pgm_flash.pcf"},
+      {"parts list", gen_get_korvel_path() + "/h/pgm_parts.txt"},
+      {"flash INI data file", gen_get_module_path() + "/pgm_flash.ini"},
+  };
+  const std::string config_file = cfg_get_value("PGMDEV_CONFIG_FILE");
+  if (options.json) {
+    nlohmann::json document = {
+        {"version", ver_get_version()},
+        {"version_index", ver_get_current_version_index_number()},
+        {"device_db_dir", db_dir},
+        {"install_dir", gen_get_korvel_path()},
+        {"module_dir", gen_get_module_path()},
+        {"config_file", config_file},
+        {"files", nlohmann::json::array()},
+    };
+    for (const Location& file : files) {
+      document["files"].push_back({{"name", file.name},
+                                   {"path", file.path},
+                                   {"exists", FIO_FILE_SYSTEM::exists(file.path.c_str())}});
+    }
+    print_json(std::cout, document);
+    return;
+  }
+  Fields fields = {
+      {"version", ver_get_version()},
+      {"version index", hex_text(ver_get_current_version_index_number())},
+      {"device database dir", db_dir},
+      {"installation dir", gen_get_korvel_path()},
+      {"module dir", gen_get_module_path()},
+      {"configuration file", config_file.empty() ? "(none)" : config_file},
+  };
+  for (const Location& file : files) {
+    const bool exists = FIO_FILE_SYSTEM::exists(file.path.c_str());
+    fields.emplace_back(file.name, file.path + (exists ? "" : "  (missing)"));
+  }
+  print_fields(std::cout, fields);
+}
+
+}  // namespace
+
+void register_info_command(CLI::App& app, Options& options) {
+  CLI::App* info = app.add_subcommand("info", "Show the version and where the data files are");
+  add_json_flag(info, options);
+  info->callback([&options] { show_info(options); });
+}
+
+}  // namespace pgmdev::cli

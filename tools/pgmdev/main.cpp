@@ -1,0 +1,116 @@
+// Entry point of the pgmdev tool: builds the command tree and turns every failure into one
+// line on the standard error and a non-zero exit code.
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "cli.h"
+#include "platform.h"
+#include "suggest.h"
+
+namespace {
+
+using namespace pgmdev::cli;
+
+enum EXIT_CODE { EXIT_OK = 0, EXIT_USER_ERROR = 1, EXIT_INTERNAL_ERROR = 3 };
+
+// Fatal reports reach main as exceptions; soft ones are shown as warnings as they happen.
+void install_report_hook() {
+  MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO& info) {
+    if (info.fatal) return;
+    std::cout.flush();
+    std::cerr << "pgmdev: warning: internal check failed in " << info.source_file << " (line "
+              << info.line << "): " << info.condition << '\n';
+  });
+}
+
+// The deepest command the command line reached, even when parsing failed there.
+CLI::App* reached_command(CLI::App& app) {
+  CLI::App* current = &app;
+  while (!current->get_subcommands().empty()) current = current->get_subcommands().front();
+  return current;
+}
+
+std::string command_path(const CLI::App* command) {
+  std::string path;
+  for (; command != nullptr; command = command->get_parent()) {
+    path = command->get_name() + (path.empty() ? "" : " " + path);
+  }
+  return path;
+}
+
+// Suggestions for a word the command line did not expect: the subcommands and options of
+// the command where it appeared.
+std::string unexpected_word_hint(CLI::App* command) {
+  const std::vector<std::string> extras = command->remaining();
+  if (extras.empty()) return "";
+  std::vector<std::string> names;
+  for (const CLI::App* sub : command->get_subcommands([](CLI::App*) { return true; })) {
+    names.push_back(sub->get_name());
+  }
+  for (const CLI::Option* option : command->get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return did_you_mean(suggest(extras.front(), names));
+}
+
+int report_parse_error(CLI::App& app, const CLI::ParseError& error) {
+  CLI::App* command = reached_command(app);
+  std::string message = error.what();
+  const std::vector<std::string> extras = command->remaining();
+  // A mistyped command leaves its word over, and the missing command is what gets reported.
+  if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && !extras.empty() &&
+      command->get_subcommands([](CLI::App*) { return true; }).size() > 0) {
+    message = "unknown command '" + extras.front() + "'";
+  }
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr ||
+      message.rfind("unknown command", 0) == 0) {
+    message += unexpected_word_hint(command);
+  }
+  std::cerr << "pgmdev: " << message << " (see '" << command_path(command) << " --help')\n";
+  return error.get_exit_code();
+}
+
+int run(int argc, char** argv) {
+  Options options;
+  CLI::App app{"Device data of FPGAs, CPLDs and their serial configuration flash.", "pgmdev"};
+  app.set_version_flag("--version", ver_get_version());
+  app.require_subcommand(1);
+  register_info_command(app, options);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return app.exit(error);  // --help, --version
+    return report_parse_error(app, error);
+  }
+  return EXIT_OK;
+}
+
+}  // namespace
+
+namespace pgmdev::cli {
+
+void add_json_flag(CLI::App* command, Options& options) {
+  command->add_flag("--json", options.json, "Print the answer as a JSON document");
+}
+
+}  // namespace pgmdev::cli
+
+int main(int argc, char** argv) {
+  install_report_hook();
+  try {
+    return run(argc, argv);
+  } catch (const CliError& error) {
+    std::cout.flush();
+    std::cerr << "pgmdev: " << error.what() << did_you_mean(error.suggestions()) << '\n';
+    return EXIT_USER_ERROR;
+  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
+    std::cout.flush();
+    std::cerr << "pgmdev: internal error in " << error.source_file() << " (line " << error.line()
+              << "): " << error.condition() << '\n';
+    return EXIT_INTERNAL_ERROR;
+  } catch (const std::exception& error) {
+    std::cout.flush();
+    std::cerr << "pgmdev: " << error.what() << '\n';
+    return EXIT_USER_ERROR;
+  }
+}

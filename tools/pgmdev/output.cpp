@@ -1,0 +1,56 @@
+// Aligned tables, field lists and JSON documents on an output stream.
+#include "output.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace pgmdev::cli {
+
+Table::Table(std::vector<std::string> headers) : m_headers(std::move(headers)) {}
+
+void Table::add_row(std::vector<std::string> cells) {
+  cells.resize(m_headers.size());
+  m_rows.push_back(std::move(cells));
+}
+
+void Table::print(std::ostream& out) const {
+  std::vector<size_t> widths;
+  for (const std::string& header : m_headers) widths.push_back(header.size());
+  for (const auto& row : m_rows) {
+    for (size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+  }
+  auto print_row = [&](const std::vector<std::string>& cells) {
+    std::string line;
+    for (size_t i = 0; i < cells.size(); ++i) {
+      line += cells[i];
+      if (i + 1 < cells.size()) line += std::string(widths[i] - cells[i].size() + 2, ' ');
+    }
+    out << line << '\n';
+  };
+  print_row(m_headers);
+  std::vector<std::string> rules;
+  for (size_t width : widths) rules.emplace_back(width, '-');
+  print_row(rules);
+  for (const auto& row : m_rows) print_row(row);
+}
+
+void print_fields(std::ostream& out, const Fields& fields) {
+  size_t width = 0;
+  for (const auto& field : fields) width = std::max(width, field.first.size());
+  for (const auto& [name, value] : fields) {
+    out << name << std::string(width - name.size() + 2, ' ') << value << '\n';
+  }
+}
+
+void print_json(std::ostream& out, const nlohmann::json& document) {
+  // Replace, not throw, on bytes that are not UTF-8: names come from files.
+  out << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+}
+
+std::string hex_text(QWORD value, int digits) {
+  char text[32];
+  std::snprintf(text, sizeof text, "0x%0*llX", digits, static_cast<unsigned long long>(value));
+  return text;
+}
+
+}  // namespace pgmdev::cli
