@@ -32,5 +32,6 @@ void add_json_flag(CLI::App* command, Options& options);
 
 // Each command family registers its subcommands on the top-level application.
 void register_info_command(CLI::App& app, Options& options);
+void register_catalog_command(CLI::App& app, Options& options);
 
 }  // namespace pgmdev::cli

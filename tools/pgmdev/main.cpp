@@ -76,6 +76,7 @@ int run(int argc, char** argv) {
   app.set_version_flag("--version", ver_get_version());
   app.require_subcommand(1);
   register_info_command(app, options);
+  register_catalog_command(app, options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

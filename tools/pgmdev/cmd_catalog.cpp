@@ -1,0 +1,112 @@
+// `pgmdev catalog`: the families, devices and parts the library knows by name.
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "cli.h"
+#include "names.h"
+#include "output.h"
+#include "platform.h"
+
+namespace pgmdev::cli {
+
+namespace {
+
+struct PartFilter {
+  std::string family = "ANY", device = "ANY", package = "ANY", speed = "ANY", temperature = "ANY",
+              text = "ANY";
+  bool released_only = false, preferred_only = false, include_hidden = false;
+};
+
+void list_families(const Options& options) {
+  nlohmann::json document = nlohmann::json::array();
+  Table table({"enum", "family"});
+  for (int family = 1; family < DEV_FAMILY_MAX; ++family) {
+    const std::string name = dstr_get_user_string(static_cast<DEV_FAMILY_ENUM>(family));
+    document.push_back({{"enum", family}, {"name", name}});
+    table.add_row({std::to_string(family), name});
+  }
+  options.json ? print_json(std::cout, document) : table.print(std::cout);
+}
+
+void list_devices(const Options& options, const std::string& family_name) {
+  const DEV_FAMILY_ENUM only =
+      family_name.empty() ? DEV_FAMILY_INVALID : require_family(family_name);
+  const DEV_PART_MANAGER catalogue;
+  nlohmann::json document = nlohmann::json::array();
+  Table table({"enum", "device", "family"});
+  for (int value = 1; value < DEV_DEVICE_MAX; ++value) {
+    const auto device = static_cast<DEV_DEVICE_ENUM>(value);
+    const DEV_FAMILY_ENUM family = catalogue.get_family_of(device);
+    if (only != DEV_FAMILY_INVALID && family != only) continue;
+    const std::string name = dstr_get_user_string(device);
+    const std::string family_text = dstr_get_user_string(family);
+    document.push_back({{"enum", value}, {"name", name}, {"family", family_text}});
+    table.add_row({std::to_string(value), name, family_text});
+  }
+  options.json ? print_json(std::cout, document) : table.print(std::cout);
+}
+
+void list_parts(const Options& options, const PartFilter& filter) {
+  if (filter.family != "ANY") require_family(filter.family);
+  if (filter.device != "ANY") require_device(filter.device);
+  const DEV_PART_MANAGER catalogue;
+  std::vector<int> parts;
+  catalogue.filter_part_list(&parts, filter.family, filter.device, filter.package, filter.speed,
+                             filter.temperature, filter.released_only, filter.preferred_only,
+                             filter.include_hidden, filter.text);
+  nlohmann::json document = nlohmann::json::array();
+  Table table({"enum", "part", "device", "package", "speed", "temp", "flags"});
+  for (int part : parts) {
+    DEV_PART_DETAIL detail;
+    catalogue.get_part_detail(part, &detail);
+    const std::string name = dstr_get_user_string(part);
+    const std::string device = dstr_get_user_string(catalogue.get_device_of(part));
+    const std::string flags = std::string(detail.released ? "R" : "-") +
+                              (detail.preferred ? "P" : "-") + (detail.hidden ? "H" : "-");
+    document.push_back({{"enum", part},
+                        {"name", name},
+                        {"device", device},
+                        {"package", detail.package},
+                        {"speed", detail.speed},
+                        {"temperature", detail.temperature},
+                        {"released", detail.released},
+                        {"preferred", detail.preferred},
+                        {"hidden", detail.hidden}});
+    table.add_row({std::to_string(part), name, device, detail.package, detail.speed,
+                   detail.temperature, flags});
+  }
+  options.json ? print_json(std::cout, document) : table.print(std::cout);
+}
+
+}  // namespace
+
+void register_catalog_command(CLI::App& app, Options& options) {
+  CLI::App* catalog = app.add_subcommand("catalog", "List the families, devices and parts known");
+  catalog->require_subcommand(1);
+
+  CLI::App* families = catalog->add_subcommand("families", "List every family");
+  add_json_flag(families, options);
+  families->callback([&options] { list_families(options); });
+
+  auto family = std::make_shared<std::string>();
+  CLI::App* devices = catalog->add_subcommand("devices", "List the devices, of one family or all");
+  devices->add_option("--family", *family, "Only the devices of this family");
+  add_json_flag(devices, options);
+  devices->callback([&options, family] { list_devices(options, *family); });
+
+  auto filter = std::make_shared<PartFilter>();
+  CLI::App* parts = catalog->add_subcommand("parts", "List the parts that match every filter");
+  parts->add_option("--family", filter->family, "Family name");
+  parts->add_option("--device", filter->device, "Device name");
+  parts->add_option("--package", filter->package, "Package code, e.g. F35");
+  parts->add_option("--speed", filter->speed, "Speed grade");
+  parts->add_option("--temperature", filter->temperature, "Temperature grade, e.g. C");
+  parts->add_option("--contains", filter->text, "Text the part name contains (case ignored)");
+  parts->add_flag("--released", filter->released_only, "Only released parts");
+  parts->add_flag("--preferred", filter->preferred_only, "Only preferred parts");
+  parts->add_flag("--hidden", filter->include_hidden, "Include hidden parts");
+  add_json_flag(parts, options);
+  parts->callback([&options, filter] { list_parts(options, *filter); });
+}
+
+}  // namespace pgmdev::cli
