@@ -33,40 +33,41 @@ DB_READER::DB_READER(const BYTE* data, DWORD data_size, const char* module)
   PGMDEV_CHECK(data != nullptr || data_size == 0, "data != NULL", module);
 }
 
-void DB_READER::require(DWORD count, const char* text) const {
-  // 64-bit sum: no wrap-around whatever the index.
-  PGMDEV_CHECK(QWORD(m_index) + count <= m_size, text, m_module);
-}
+// Reader checks report through report_failure, out of line, so that the reads stay small.
+#define READER_CHECK(cond, text)       \
+  do {                                 \
+    if (!(cond)) report_failure(text); \
+  } while (0)
 
-BYTE DB_READER::get_byte() {
-  require(1, bound_text(1, true));
-  return m_data[m_index++];
+void DB_READER::report_failure(const char* text) const {
+  MSG_INTERNAL_ERROR::report(text, CATEGORY, m_module, __LINE__);
 }
 
 DWORD DB_READER::get_dword() {
   require(4, bound_text(4, true));
-  DWORD value = 0;
-  for (int shift = 0; shift < 32; shift += 8) value |= DWORD(m_data[m_index++]) << shift;
-  return value;
+  // Through a local pointer: stores to m_index could otherwise alias the byte reads.
+  const BYTE* bytes = m_data + m_index;
+  m_index += 4;
+  return DWORD(bytes[0]) | DWORD(bytes[1]) << 8 | DWORD(bytes[2]) << 16 | DWORD(bytes[3]) << 24;
 }
 
 void DB_READER::get_bool_data(bool* out) {
   const BYTE type = get_byte();
-  PGMDEV_CHECK(type == PGMDEV_MANAGER_BOOL, "type == PGMDEV_MANAGER_BOOL", m_module);
+  READER_CHECK(type == PGMDEV_MANAGER_BOOL, "type == PGMDEV_MANAGER_BOOL");
   const BYTE value = get_byte();
-  PGMDEV_CHECK(value == 0 || value == 1, "value == 0 || value == 1", m_module);
+  READER_CHECK(value == 0 || value == 1, "value == 0 || value == 1");
   *out = (value == 1);
 }
 
 void DB_READER::get_byte_data(BYTE* out) {
   const BYTE type = get_byte();
-  PGMDEV_CHECK(type == PGMDEV_MANAGER_BYTE, "type == PGMDEV_MANAGER_BYTE", m_module);
+  READER_CHECK(type == PGMDEV_MANAGER_BYTE, "type == PGMDEV_MANAGER_BYTE");
   *out = get_byte();
 }
 
 void DB_READER::get_word_data(WORD* out) {
   const BYTE type = get_byte();
-  PGMDEV_CHECK(type == PGMDEV_MANAGER_WORD, "type == PGMDEV_MANAGER_WORD", m_module);
+  READER_CHECK(type == PGMDEV_MANAGER_WORD, "type == PGMDEV_MANAGER_WORD");
   require(2, bound_text(2, true));
   *out = WORD(m_data[m_index] | (m_data[m_index + 1] << 8));
   m_index += 2;
@@ -74,22 +75,21 @@ void DB_READER::get_word_data(WORD* out) {
 
 void DB_READER::get_dword_data(DWORD* out) {
   const BYTE type = get_byte();
-  PGMDEV_CHECK(type == PGMDEV_MANAGER_DEVID_ENUM || type == PGMDEV_MANAGER_DWORD ||
+  READER_CHECK(type == PGMDEV_MANAGER_DEVID_ENUM || type == PGMDEV_MANAGER_DWORD ||
                    type == PGMDEV_MANAGER_ENUM,
                "type == PGMDEV_MANAGER_DEVID_ENUM || type == PGMDEV_MANAGER_DWORD || type == "
-               "PGMDEV_MANAGER_ENUM",
-               m_module);
+               "PGMDEV_MANAGER_ENUM");
   *out = get_dword();
 }
 
 void DB_READER::get_string_data(bool allow_empty, std::string* out) {
   const BYTE type = get_byte();
-  PGMDEV_CHECK(type == PGMDEV_MANAGER_DEVID_STR || type == PGMDEV_MANAGER_STRING,
-               "type == PGMDEV_MANAGER_DEVID_STR || type == PGMDEV_MANAGER_STRING", m_module);
+  READER_CHECK(type == PGMDEV_MANAGER_DEVID_STR || type == PGMDEV_MANAGER_STRING,
+               "type == PGMDEV_MANAGER_DEVID_STR || type == PGMDEV_MANAGER_STRING");
   const BYTE length = get_byte();
   out->clear();
   if (length == 0) {
-    PGMDEV_CHECK(allow_empty, "allow_empty", m_module);
+    READER_CHECK(allow_empty, "allow_empty");
     return;
   }
   require(length, bound_text(length, true));
@@ -99,15 +99,17 @@ void DB_READER::get_string_data(bool allow_empty, std::string* out) {
 
 void DB_READER::confirm_marker(char last, const char* last_text) {
   // Each byte is bounds-checked and compared in turn; the first wrong one is reported.
-  PGMDEV_CHECK(get_byte() == 'E', "data[index++] == 'E'", m_module);
-  PGMDEV_CHECK(get_byte() == 'N', "data[index++] == 'N'", m_module);
-  PGMDEV_CHECK(get_byte() == 'D', "data[index++] == 'D'", m_module);
-  PGMDEV_CHECK(get_byte() == BYTE(last), last_text, m_module);
+  READER_CHECK(get_byte() == 'E', "data[index++] == 'E'");
+  READER_CHECK(get_byte() == 'N', "data[index++] == 'N'");
+  READER_CHECK(get_byte() == 'D', "data[index++] == 'D'");
+  READER_CHECK(get_byte() == BYTE(last), last_text);
 }
 
 void DB_READER::confirm_data_type_end() { confirm_marker('1', "data[index++] == '1'"); }
 
 void DB_READER::confirm_database_end() { confirm_marker('2', "data[index++] == '2'"); }
+
+#undef READER_CHECK
 
 // ---------------------------------------------------------------- writer
 

@@ -43,7 +43,10 @@ class DB_READER {
   const char* module() const { return m_module; }
 
   // Raw reads: no tag.
-  BYTE get_byte();
+  BYTE get_byte() {
+    require(1, "index + 1 <= data_size");
+    return m_data[m_index++];
+  }
   DWORD get_dword();  // 4 bytes, low byte first
 
   // Typed reads: the tag byte, then the payload.
@@ -58,8 +61,14 @@ class DB_READER {
   void confirm_database_end();
 
  protected:
-  // Reports `text` unless `count` more bytes remain.
-  void require(DWORD count, const char* text) const;
+  // Reports `text` unless `count` more bytes remain. Inline: every value read passes here,
+  // so the check must cost a comparison and nothing more.
+  void require(DWORD count, const char* text) const {
+    // 64-bit sum: no wrap-around whatever the index.
+    if (QWORD(m_index) + count > m_size) report_failure(text);
+  }
+  // Reports `text` under the reader's module; never returns.
+  [[noreturn, gnu::cold, gnu::noinline]] void report_failure(const char* text) const;
   void confirm_marker(char last, const char* last_text);
 
   const BYTE* m_data;
