@@ -26,6 +26,17 @@ DWORD minimum_record_size() {
   return size;
 }
 
+// The gating word "NONE", in any case (what gen_stricmp tells, without a call per record).
+bool is_none(const std::string& word) {
+  static const char NONE[] = "NONE";
+  if (word.size() != 4) return false;
+  for (size_t i = 0; i < 4; ++i) {
+    const char c = word[i] >= 'a' && word[i] <= 'z' ? char(word[i] - 32) : word[i];
+    if (c != NONE[i]) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(bool, DWORD device_count, bool skip_load, bool debug)
@@ -135,7 +146,7 @@ bool PGMDEV_FLASH_MANAGER::enable_device(DWORD slot) const {
                "m_flash_database != NULL", MODULE);
   const std::string& ini = (*m_flash_database)[slot].ini;
   PGMDEV_CHECK(!ini.empty(), "!ini.empty()", MODULE);
-  if (gen_stricmp(ini.c_str(), "NONE") == 0) return true;
+  if (is_none(ini)) return true;
   return cfg_is_on("PGM_ALLOW_" + ini, false);
 }
 

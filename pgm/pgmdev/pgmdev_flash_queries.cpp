@@ -1,7 +1,7 @@
 // Flash queries: identification of a device's flash chip, the device-to-flash map, per-device
 // columns and the one-default-per-chip check.
 #include <algorithm>
-#include <unordered_map>
+#include <vector>
 
 #include "pgm_msg.h"
 #include "pgm_text.h"
@@ -31,7 +31,13 @@ bool answers_device_id(const PGMDEV_SFL_FLASH_INFO& record, const BYTE* id) {
          id_matches(id, record.mfc_id_index, record.mfc_id);
 }
 
-std::string upper(std::string text) { return stl_toupper(text); }
+// A hash of the name with its letters in capitals: names equal but for case hash alike.
+size_t folded_hash(const std::string& name) {
+  size_t hash = 14695981039346656037ull;  // FNV-1a
+  for (const char c : name)
+    hash = (hash ^ BYTE(c >= 'a' && c <= 'z' ? c - 32 : c)) * 1099511628211ull;
+  return hash;
+}
 
 }  // namespace
 
@@ -127,19 +133,38 @@ DWORD PGMDEV_FLASH_MANAGER::sfl_get_chain_longest_program_utime() const {
 }
 
 // Every chip name among records first .. first + m_flash_count - 1 must have exactly one
-// default record. Names are counted once (case ignored) and then checked in record order, so
-// the first offending name decides the report, as a walk over the records would.
+// default record. Each name's defaults are counted in a small open-addressing table keyed by
+// the name with its letters in capitals; the records are then checked in order, so the first
+// offending name decides the report, as a walk over the records would.
 void PGMDEV_FLASH_MANAGER::confirm_default_value(DWORD first) const {
   PGMDEV_CHECK(m_flash_database != nullptr && first + m_flash_count <= m_flash_database->size(),
                "m_flash_database != NULL", MODULE);
-  std::unordered_map<std::string, DWORD> defaults;
-  for (DWORD i = first; i < first + m_flash_count; ++i) {
-    const PGMDEV_SFL_FLASH_INFO& record = (*m_flash_database)[i];
-    defaults[upper(record.device_name)] += record.default_dev ? 1 : 0;
+  const PGMDEV_SFL_FLASH_INFO* records = m_flash_database->data() + first;
+  struct NAME_SLOT {
+    size_t hash = 0;
+    DWORD record = INVALID_DWORD;  // the first record of the name; INVALID_DWORD: free
+    DWORD defaults = 0;
+  };
+  size_t capacity = 16;
+  while (capacity < 2 * size_t(m_flash_count)) capacity *= 2;
+  std::vector<NAME_SLOT> names(capacity);
+  std::vector<size_t> slot_of(m_flash_count);
+  for (DWORD i = 0; i < m_flash_count; ++i) {
+    const size_t hash = folded_hash(records[i].device_name);
+    size_t slot = hash & (capacity - 1);
+    // Hashes can collide; only equal names (case ignored) share a slot.
+    while (names[slot].record != INVALID_DWORD &&
+           (names[slot].hash != hash || gen_stricmp(records[names[slot].record].device_name.c_str(),
+                                                    records[i].device_name.c_str()) != 0)) {
+      slot = (slot + 1) & (capacity - 1);
+    }
+    if (names[slot].record == INVALID_DWORD) names[slot] = {hash, i, 0};
+    names[slot].defaults += records[i].default_dev ? 1 : 0;
+    slot_of[i] = slot;
   }
-  for (DWORD i = first; i < first + m_flash_count; ++i) {
-    const DWORD count = defaults[upper((*m_flash_database)[i].device_name)];
-    PGMDEV_CHECK(count < 2, "!one_default", MODULE);
-    PGMDEV_CHECK(count == 1, "one_default", MODULE);
+  for (DWORD i = 0; i < m_flash_count; ++i) {
+    const DWORD defaults = names[slot_of[i]].defaults;
+    PGMDEV_CHECK(defaults < 2, "!one_default", MODULE);
+    PGMDEV_CHECK(defaults == 1, "one_default", MODULE);
   }
 }
