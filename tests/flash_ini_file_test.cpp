@@ -135,13 +135,14 @@ TEST_F(FlashIniFile, FailedWritesKeepTheOldFile) {
   // A read-only folder; root ignores folder permissions, so the writer drops root first.
   chmod(m_path.c_str(), 0644);
   chmod(m_folder.c_str(), 0555);
-  EXPECT_EQ(in_child([&] {
-              if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) return 2;
-              return write_section(PGMDEV_FLASH_INI_HPS_SPI, big) ? 1 : 0;
-            }),
-            0);
+  const int read_only = in_child([&] {
+    if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) return 2;
+    return write_section(PGMDEV_FLASH_INI_HPS_SPI, big) ? 1 : 0;
+  });
   chmod(m_folder.c_str(), 0700);
   EXPECT_EQ(read_bytes(m_path), before);
+  if (read_only == 2) GTEST_SKIP() << "cannot drop root, so a read-only folder cannot be made";
+  EXPECT_EQ(read_only, 0);
   EXPECT_EQ(read_section(PGMDEV_FLASH_INI_HPS_SPI).bytes, bytes_of(10, 1));
 }
 
