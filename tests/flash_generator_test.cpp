@@ -10,76 +10,71 @@ class FlashGenerator : public FlashTest {
   std::string error_generating(const std::string& text) const {
     return internal_error_of([&] { generate(text); });
   }
-  std::string error_generating_record(const std::map<std::string, std::string>& changes) const {
+  std::string error_generating(const std::map<std::string, std::string>& changes) const {
     return error_generating(table_head() + record("A", "EF4018", changes) + "\n");
+  }
+  // The type and name rows of the table, with `from` replaced by `to` once.
+  static std::string head_rows(const std::string& from = "", const std::string& to = "") {
+    std::string head = table_head();
+    head.resize(head.find('\n', head.find('\n') + 1) + 1);
+    if (!from.empty()) head.replace(head.find(from), from.size(), to);
+    return head;
   }
 };
 
 TEST_F(FlashGenerator, RefusesBadCellsWithoutWritingAFile) {
-  EXPECT_EQ(error_generating_record({{"aai_mode", "true"}}),
-            "string == \"FALSE\" || string == \"TRUE\"");
-  EXPECT_EQ(error_generating_record({{"aai_mode", ""}}),
-            "string == \"FALSE\" || string == \"TRUE\"");
-  EXPECT_EQ(error_generating_record({{"ini", ""}}), "string.size() > 0");
-  EXPECT_EQ(error_generating_record({{"die_count", ""}}), "string.size() > 0");
-  EXPECT_EQ(error_generating_record({{"die_count", "two"}}),
-            "Invalid string to integer conversion");
-  EXPECT_EQ(error_generating_record({{"device_name", std::string(256, 'N')}}),
-            "string.size() <= 255");
+  const std::string bool_text = "string == \"FALSE\" || string == \"TRUE\"";
+  EXPECT_EQ(error_generating({{"aai_mode", "true"}}), bool_text);
+  EXPECT_EQ(error_generating({{"aai_mode", ""}}), bool_text);
+  EXPECT_EQ(error_generating({{"ini", ""}}), "string.size() > 0");
+  EXPECT_EQ(error_generating({{"die_count", ""}}), "string.size() > 0");
+  EXPECT_EQ(error_generating({{"die_count", "two"}}), "Invalid string to integer conversion");
+  EXPECT_EQ(error_generating({{"device_name", std::string(256, 'N')}}), "string.size() <= 255");
   EXPECT_EQ(error_generating(table_head()), "status && device_count > 0");
   EXPECT_FALSE(fs::exists(pcf_path()));
-  EXPECT_EQ(internal_error_of([&] {
-              PGMDEV_FLASH_MANAGER(false, 0, true)
-                  .generate_flash_database(csv_path() + ".missing", pcf_path());
-            }),
-            "status && device_count > 0");
+  EXPECT_EQ(
+      internal_error_of([&] {
+        PGMDEV_FLASH_MANAGER(false, 0, true).generate_flash_database("missing.csv", pcf_path());
+      }),
+      "status && device_count > 0");
 }
 
 TEST_F(FlashGenerator, HeadRowsAreChecked) {
-  std::string head = table_head();
-  EXPECT_EQ(error_generating("bool" + head.substr(head.find(',')) + record("A", "EF4018")),
+  const std::string line = record("A", "EF4018") + "\n";
+  const std::string notes = table_head().substr(head_rows().size());
+  EXPECT_EQ(error_generating(head_rows("STL_STRING", "bool") + notes + line),
             "svec.at(i) == \"STL_STRING\"");
-  head = table_head();
-  head.replace(head.find("silicon_id"), 10, "silicon_ID");
-  EXPECT_EQ(error_generating(head + record("A", "EF4018")), "temp == m_name_list[i]");
-  head = table_head();
-  head.replace(head.find("STL_STRING,bool,bool"), 20, "STL_STRING,bool,WORD");
-  EXPECT_EQ(error_generating(head + record("A", "EF4018")), "svec.at(i) == \"bool\"");
-}
-
-TEST_F(FlashGenerator, OnlyLinesTwoThreeAndSevenAreFree) {
-  const std::string dashes = joined(std::vector<std::string>(33, "-"));
-  const std::string head_rows = type_row() + "\n" + joined(column_names()) + "\n";
-  // Lines 2, 3 and 7 take free text; blank lines are not counted.
-  const std::string good = head_rows + "free text, with commas\n\n  \nmore\n" + dashes + "\n" +
-                           dashes + "\n" + dashes + "\nany, number of, cells\n" +
-                           record("A", "EF4018") + "\n";
-  EXPECT_EQ(error_generating(good), "");
-  EXPECT_EQ(PGMDEV_FLASH_MANAGER(false, 1).get_flash_count(), 1u);
-  const std::string bad = head_rows + "free\nfree\nline four, is not free\n" + dashes + "\n" +
-                          dashes + "\nfree\n" + record("A", "EF4018") + "\n";
-  EXPECT_EQ(error_generating(bad), "DWORD(svec.size()) == TOTAL_DATABASE_MEMBER");
+  EXPECT_EQ(error_generating(head_rows("bool,STL_STRING,bool,bool", "bool,STL_STRING,bool,WORD") +
+                             notes + line),
+            "svec.at(i) == \"bool\"");
+  EXPECT_EQ(error_generating(head_rows("silicon_id", "silicon_ID") + notes + line),
+            "temp == m_name_list[i]");
+  // Lines 2, 3 and 7 take free text and blank lines are not counted; lines 4 to 6 do not.
+  const std::string dashes = joined(std::vector<std::string>(33, "-")) + "\n";
+  EXPECT_EQ(error_generating(head_rows() + "free, text\n\n \nmore\n" + dashes + dashes + dashes +
+                             "any, number of, cells\n" + line),
+            "");
+  EXPECT_EQ(error_generating(head_rows() + "free\nfree\nfour, is not free\n" + dashes + dashes +
+                             "free\n" + line),
+            "DWORD(svec.size()) == TOTAL_DATABASE_MEMBER");
   // ", " makes an extra empty cell.
   EXPECT_EQ(error_generating(table_head() + record("A", "EF4018").replace(4, 1, ", ")),
             "DWORD(svec.size()) == TOTAL_DATABASE_MEMBER");
 }
 
-TEST_F(FlashGenerator, ValuesAreStoredAsTheColumnTypeHolds) {
+TEST_F(FlashGenerator, ValuesAreCutToTheColumnWidth) {
   generate_records({record("A", "EF4018",
                            {{"die_count", "256"},
                             {"protection_mask", "0x1FF"},
                             {"device_bit_size", "0xFFFFFFFF"},
-                            {"asc_voltage", "1.8V"}}),
-                    record("B", "EF4019", {{"ini", "NONE"}})});
+                            {"asc_voltage", "1.8V"}})});
   PGMDEV_FLASH_MANAGER manager(false, 1);
   const PGMDEV_SFL_FLASH_INFO& flash = manager.get_flash_database()[0];
   EXPECT_EQ(flash.die_count, 0);
   EXPECT_EQ(flash.protection_mask, 0xFF);
   EXPECT_EQ(flash.device_bit_size, 0xFFFFFFFFu);
   EXPECT_EQ(flash.asc_voltage, "1.8V");
-  EXPECT_EQ(flash.memory_id, 0x18);
   EXPECT_EQ(flash.bottom_value, 0x20);
-  EXPECT_EQ(manager.get_flash_database()[1].device_name, "B");
 }
 
 }  // namespace

@@ -14,6 +14,8 @@
 
 #include "pgm_cfg.h"
 #include "pgm_msg.h"
+#include "pgm_text.h"
+#include "pgmdev_flash_columns.h"
 #include "pgmdev_flash_manager.h"
 
 namespace flash_test {
@@ -27,9 +29,6 @@ class PROBE : public PGMDEV_FLASH_MANAGER {
   using PGMDEV_FLASH_MANAGER::decode_ini;
   using PGMDEV_FLASH_MANAGER::encode_ini;
   using PGMDEV_FLASH_MANAGER::gen_ini_password;
-  using PGMDEV_FLASH_MANAGER::m_flash_database;
-  using PGMDEV_FLASH_MANAGER::m_ini_flash;
-  using PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER;
 };
 
 // The condition text of the internal error `action` raises, or "" when it raises none.
@@ -43,86 +42,46 @@ inline std::string internal_error_of(const std::function<void()>& action) {
   return "";
 }
 
-inline const std::vector<std::string>& column_names() {
-  static const std::vector<std::string> names = {
-      "manufacturer_name", "device_name",      "silicon_id",
-      "memory_id",         "memory_id_index",  "memory_type",
-      "memory_type_index", "mfc_id",           "mfc_id_index",
-      "marlo_id",          "default_dev",      "ini",
-      "extended_mode",     "micron_flow",      "spansion_flow",
-      "startup_protected", "aai_mode",         "flag_status",
-      "die_count",         "device_bit_size",  "device_sector_byte",
-      "half_size",         "byte4_addressing", "bulk_erase_time",
-      "sec_erase_time",    "program_utime",    "protection_mask",
-      "protection_value",  "unprotect_value",  "protection_division",
-      "bottom_value",      "sdm_support",      "asc_voltage"};
-  return names;
-}
-
-inline std::string type_row() {
-  return "STL_STRING,STL_STRING,bool,BYTE,BYTE,BYTE,BYTE,BYTE,BYTE,BYTE,bool,STL_STRING,bool,"
-         "bool,bool,bool,bool,bool,BYTE,DWORD,DWORD,bool,bool,DWORD,DWORD,DWORD,BYTE,BYTE,BYTE,"
-         "BYTE,BYTE,bool,STL_STRING";
-}
-
 inline std::string joined(const std::vector<std::string>& cells, char separator = ',') {
   std::string line;
-  for (size_t i = 0; i < cells.size(); ++i) line += (i ? std::string(1, separator) : "") + cells[i];
+  for (const std::string& cell : cells)
+    line += (line.empty() ? "" : std::string(1, separator)) + cell;
   return line;
 }
 
-// One record line: a 3-byte device-ID chip (manufacturer at 0, type at 1, memory ID at 2)
-// with plausible values, changed by `changes` (column name -> cell).
+// The eight leading lines of the shipped table: type row, name row, six note lines.
+inline std::string table_head() {
+  std::ifstream input(std::string(PGMDEV_SOURCE_DIR) + "/data/pgm_flash.csv");
+  std::string head, line;
+  for (int i = 0; i < 8 && std::getline(input, line); ++i) head += line + "\n";
+  return head;
+}
+
+// One record line of a device-ID chip whose bytes are `id` ("EF4018": manufacturer at 0,
+// type at 1, memory ID at 2), changed by `changes` (column name -> cell).
 inline std::string record(const std::string& name, const std::string& id,
                           const std::map<std::string, std::string>& changes = {}) {
-  std::map<std::string, std::string> cells = {{"manufacturer_name", "ACME"},
-                                              {"device_name", name},
-                                              {"silicon_id", "FALSE"},
-                                              {"memory_id", "0x" + id.substr(4, 2)},
-                                              {"memory_id_index", "2"},
-                                              {"memory_type", "0x" + id.substr(2, 2)},
-                                              {"memory_type_index", "1"},
-                                              {"mfc_id", "0x" + id.substr(0, 2)},
-                                              {"mfc_id_index", "0"},
-                                              {"marlo_id", "32"},
-                                              {"default_dev", "TRUE"},
-                                              {"ini", "NONE"},
-                                              {"die_count", "1"},
-                                              {"device_bit_size", "134217728"},
-                                              {"device_sector_byte", "65536"},
-                                              {"bulk_erase_time", "200"},
-                                              {"sec_erase_time", "3"},
-                                              {"program_utime", "3000"},
-                                              {"protection_mask", "0x1C"},
-                                              {"protection_value", "0x1C"},
-                                              {"unprotect_value", "0"},
-                                              {"protection_division", "6"},
-                                              {"bottom_value", "0x20"},
-                                              {"asc_voltage", "3.3V"}};
-  for (const auto& change : changes) cells[change.first] = change.second;
-  std::vector<std::string> line;
-  for (const std::string& column : column_names()) {
-    auto found = cells.find(column);
-    line.push_back(found == cells.end() ? "FALSE" : found->second);
+  std::vector<std::string> cells = QTL_TOKENIZER::split(
+      "ACME,N,FALSE,0x" + id.substr(4, 2) + ",2,0x" + id.substr(2, 2) + ",1,0x" + id.substr(0, 2) +
+          ",0,32,TRUE,NONE,FALSE,FALSE,FALSE,FALSE,FALSE,FALSE,1,134217728,65536,FALSE,FALSE,"
+          "200,3,3000,0x1C,0x1C,0,6,0x20,FALSE,3.3V",
+      ",");
+  cells[1] = name;
+  const pgmdev::FLASH_COLUMN_TABLE& columns = pgmdev::flash_columns();
+  for (size_t i = 0; i < columns.size(); ++i) {
+    if (changes.count(columns[i].name)) cells[i] = changes.at(columns[i].name);
   }
-  return joined(line);
+  return joined(cells);
 }
 
-// The eight leading lines of a table: type row, name row, six note lines.
-inline std::string table_head() {
-  const std::string dashes = joined(std::vector<std::string>(33, "-"));
-  return type_row() + "\n" + joined(column_names()) + "\n# notes\n# more notes\n" + dashes + "\n" +
-         dashes + "\n" + dashes + "\n# timings are estimates\n";
-}
-
-// A private device database folder (PGMDEV_DEVICE_DB_DIR) per test process.
+// A private device database folder (PGMDEV_DEVICE_DB_DIR) per test and process.
 class FlashTest : public ::testing::Test {
  protected:
   void SetUp() override {
     m_previous = MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
-    const ::testing::TestInfo* info = ::testing::UnitTest::GetInstance()->current_test_info();
     m_folder = fs::temp_directory_path() /
-               ("pgmdev_flash_" + std::to_string(getpid()) + "_" + info->name());
+               ("pgmdev_flash_" + std::to_string(getpid()) + "_" +
+                ::testing::UnitTest::GetInstance()->current_test_info()->name());
     fs::create_directories(m_folder / "programmer");
     cfg_set_value("PGMDEV_DEVICE_DB_DIR", m_folder.string());
   }
@@ -135,18 +94,13 @@ class FlashTest : public ::testing::Test {
   std::string pcf_path() const { return (m_folder / "programmer" / "pgm_flash.pcf").string(); }
   std::string csv_path() const { return (m_folder / "table.csv").string(); }
 
-  void write_text(const std::string& path, const std::string& text) const {
-    std::ofstream(path, std::ios::binary) << text;
-  }
   // Writes `text` as the source table and generates the database file from it.
   void generate(const std::string& text) const {
-    write_text(csv_path(), text);
+    std::ofstream(csv_path(), std::ios::binary) << text;
     PGMDEV_FLASH_MANAGER(false, 0, true).generate_flash_database(csv_path(), pcf_path());
   }
   void generate_records(const std::vector<std::string>& records) const {
-    std::string text = table_head();
-    for (const std::string& line : records) text += line + "\n";
-    generate(text);
+    generate(table_head() + joined(records, '\n') + "\n");
   }
   void generate_shipped() const {
     PGMDEV_FLASH_MANAGER(false, 0, true)
@@ -166,30 +120,26 @@ inline std::vector<BYTE> id_bytes(const std::string& hex) {
   return id;
 }
 
-// Answers to the questions of one chip that the dialogue accepts: the bytes EF 40 18.
+// Answers the dialogue accepts for one chip (the bytes EF 40 18), in question order.
 inline std::vector<std::string> chip_answers() {
   return {"ACME", "AC25Q128", "18", "2",   "40", "1",    "EF", "0",  "N", "N", "N", "N", "N",   "N",
           "1",    "128",      "64", "200", "3",  "3000", "1C", "1C", "0", "6", "5", "N", "3.3V"};
 }
 
-// The answers with the chip count "1" in front.
-inline std::vector<std::string> with_count(std::vector<std::string> answers) {
-  answers.insert(answers.begin(), "1");
-  return answers;
-}
-
-inline std::string run_dialogue(const std::vector<std::string>& lines) {
-  std::istringstream input(joined(lines, '\n') + "\n");
+// Runs the dialogue for one chip (or `count` lines as given) and returns what it printed.
+inline std::string run_dialogue(const std::vector<std::string>& answers,
+                                const std::string& count = "1") {
+  std::istringstream input(count + "\n" + joined(answers, '\n') + "\n");
   std::ostringstream output;
   PGMDEV_FLASH_MANAGER(false, 0, true).gen_flash_ini(input, output);
   return output.str();
 }
 
-// The value the dialogue printed after "INI : ", or "".
-inline std::string ini_value_of(const std::string& output) {
-  const size_t start = output.find("INI : ");
+// The text the dialogue printed after `label` on its line, or "".
+inline std::string printed(const std::string& output, const std::string& label) {
+  const size_t start = output.find(label);
   if (start == std::string::npos) return "";
-  return output.substr(start + 6, output.find('\n', start) - start - 6);
+  return output.substr(start + label.size(), output.find('\n', start) - start - label.size());
 }
 
 }  // namespace flash_test
