@@ -378,14 +378,24 @@ struct PGMDEV_HPS_STRUCTURE {
 
 static_assert(sizeof(PGMDEV_HPS_STRUCTURE) == PGMDEV_HPS_STRUCTURE::WORD_COUNT * sizeof(DWORD),
               "an HPS description is 335 words");
-static_assert(offsetof(PGMDEV_HPS_STRUCTURE, debug) == 1 * 4, "debug group at word 1");
-static_assert(offsetof(PGMDEV_HPS_STRUCTURE, memory) == 32 * 4, "memory group at word 32");
-static_assert(offsetof(PGMDEV_HPS_STRUCTURE, clock) == 56 * 4, "clock group at word 56");
-static_assert(offsetof(PGMDEV_HPS_STRUCTURE, reset) == 96 * 4, "reset group at word 96");
-static_assert(offsetof(PGMDEV_HPS_STRUCTURE, system) == 128 * 4, "system group at word 128");
-static_assert(offsetof(PGMDEV_HPS_STRUCTURE, qspi) == 160 * 4, "quad-SPI group at word 160");
-static_assert(offsetof(PGMDEV_HPS_STRUCTURE, nand) == 216 * 4, "NAND group at word 216");
-static_assert(offsetof(PGMDEV_HPS_STRUCTURE, sdmmc) == 272 * 4, "SD/MMC group at word 272");
-static_assert(offsetof(PGMDEV_HPS_STRUCTURE, watchdog) == 304 * 4, "watchdog group at word 304");
-static_assert(offsetof(PGMDEV_HPS_STRUCTURE, boot) == 312 * 4, "boot group at word 312");
-static_assert(offsetof(PGMDEV_HPS_STRUCTURE, reserved) == 324 * 4, "reserved words at 324");
+static_assert(offsetof(PGMDEV_HPS_STRUCTURE, debug) == 1 * sizeof(DWORD), "debug group at word 1");
+static_assert(offsetof(PGMDEV_HPS_STRUCTURE, memory) == 32 * sizeof(DWORD),
+              "memory group at word 32");
+static_assert(offsetof(PGMDEV_HPS_STRUCTURE, clock) == 56 * sizeof(DWORD),
+              "clock group at word 56");
+static_assert(offsetof(PGMDEV_HPS_STRUCTURE, reset) == 96 * sizeof(DWORD),
+              "reset group at word 96");
+static_assert(offsetof(PGMDEV_HPS_STRUCTURE, system) == 128 * sizeof(DWORD),
+              "system group at word 128");
+static_assert(offsetof(PGMDEV_HPS_STRUCTURE, qspi) == 160 * sizeof(DWORD),
+              "quad-SPI group at word 160");
+static_assert(offsetof(PGMDEV_HPS_STRUCTURE, nand) == 216 * sizeof(DWORD),
+              "NAND group at word 216");
+static_assert(offsetof(PGMDEV_HPS_STRUCTURE, sdmmc) == 272 * sizeof(DWORD),
+              "SD/MMC group at word 272");
+static_assert(offsetof(PGMDEV_HPS_STRUCTURE, watchdog) == 304 * sizeof(DWORD),
+              "watchdog group at word 304");
+static_assert(offsetof(PGMDEV_HPS_STRUCTURE, boot) == 312 * sizeof(DWORD),
+              "boot group at word 312");
+static_assert(offsetof(PGMDEV_HPS_STRUCTURE, reserved) == 324 * sizeof(DWORD),
+              "reserved words at 324");

@@ -99,6 +99,7 @@ PGMDEV_HPS_SPI_STRUCTURE::PGMDEV_HPS_SPI_STRUCTURE(const PGMDEV_HPS_SPI_STRUCTUR
 
 PGMDEV_HPS_SPI_STRUCTURE& PGMDEV_HPS_SPI_STRUCTURE::operator=(
     const PGMDEV_HPS_SPI_STRUCTURE& other) {
+  if (this == &other) return *this;
   siid = other.siid;
   mask = other.mask;
   ext_siid = other.ext_siid;
@@ -149,6 +150,7 @@ PGMDEV_HPS_NAND_STRUCTURE::PGMDEV_HPS_NAND_STRUCTURE(const PGMDEV_HPS_NAND_STRUC
 
 PGMDEV_HPS_NAND_STRUCTURE& PGMDEV_HPS_NAND_STRUCTURE::operator=(
     const PGMDEV_HPS_NAND_STRUCTURE& other) {
+  if (this == &other) return *this;
   manufacturer_id = other.manufacturer_id;
   device_id = other.device_id;
   flash_byte_size = other.flash_byte_size;
