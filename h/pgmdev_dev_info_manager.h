@@ -26,6 +26,32 @@ struct PGMDEV_PART_ENTRY {
   std::string pcf;
 };
 
+// Record index per identifier (INVALID_DWORD: no record). A loaded table reads its entries in
+// place from the file's body, which it keeps alive, so loading copies no table; a generated or
+// empty table owns its entries.
+class PGMDEV_INDEX_TABLE {
+ public:
+  explicit PGMDEV_INDEX_TABLE(std::vector<DWORD> entries)
+      : m_entries(std::move(entries)), m_count(DWORD(m_entries.size())) {}
+  // `count` little-endian entries at `offset`, which the caller has checked lie in `body`.
+  PGMDEV_INDEX_TABLE(std::shared_ptr<const std::vector<BYTE>> body, size_t offset, DWORD count)
+      : m_body(std::move(body)), m_offset(offset), m_count(count) {}
+
+  DWORD size() const { return m_count; }
+  // `i` must be below size().
+  DWORD operator[](DWORD i) const {
+    if (!m_body) return m_entries[i];
+    const BYTE* p = m_body->data() + m_offset + 4 * size_t(i);
+    return DWORD(p[0]) | DWORD(p[1]) << 8 | DWORD(p[2]) << 16 | DWORD(p[3]) << 24;
+  }
+
+ protected:
+  std::vector<DWORD> m_entries;
+  std::shared_ptr<const std::vector<BYTE>> m_body;
+  size_t m_offset = 0;
+  DWORD m_count = 0;
+};
+
 // Owns the device information records and the family, device and part index tables.
 // Copies share the loaded records and tables (immutable once loaded), so any number of copies
 // may live and die in any order; each copy has its own search position and parts list.
@@ -57,15 +83,16 @@ class PGMDEV_DEV_INFO_MANAGER {
 
  protected:
   using RECORDS = std::vector<PGMDEV_DEVICE_INFO>;
-  using TABLE = std::vector<DWORD>;
+  using TABLE = PGMDEV_INDEX_TABLE;
+  using BODY = std::shared_ptr<const std::vector<BYTE>>;
 
   // Load (file to memory).
   void initialize_device_database(FIO_PATH device_file);
   // The load's checks from the magic on, over a file read whole.
   void initialize_from_image(const std::vector<BYTE>& image);
-  bool parse_database(const std::vector<BYTE>& data, bool parse_only);
+  bool parse_database(const BODY& data, bool parse_only);
   void get_database(pgmdev::DB_READER& reader, PGMDEV_DEVICE_INFO& record);
-  void get_table(pgmdev::DB_READER& reader);
+  void get_table(pgmdev::DB_READER& reader, const BODY& data);
   void list_database() const;
 
   // Look-ups.

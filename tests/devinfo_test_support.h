@@ -93,7 +93,7 @@ class PROBE : public PGMDEV_DEV_INFO_MANAGER {
   // Parses a decompressed body as a load does, with the record area size of the file.
   void parse_body(const std::vector<BYTE>& body, DWORD csv_memory_size) {
     m_csv_memory_size = csv_memory_size;
-    parse_database(body, false);
+    parse_database(std::make_shared<const std::vector<BYTE>>(body), false);
   }
 };
 

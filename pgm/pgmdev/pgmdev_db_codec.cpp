@@ -51,6 +51,13 @@ DWORD DB_READER::get_dword() {
   return DWORD(bytes[0]) | DWORD(bytes[1]) << 8 | DWORD(bytes[2]) << 16 | DWORD(bytes[3]) << 24;
 }
 
+DWORD DB_READER::skip_dwords(DWORD count) {
+  READER_CHECK(QWORD(m_index) + QWORD(count) * 4 <= m_size, "index + 4 * count <= data_size");
+  const DWORD start = m_index;
+  m_index += count * 4;
+  return start;
+}
+
 void DB_READER::get_bool_data(bool* out) {
   const BYTE type = get_byte();
   READER_CHECK(type == PGMDEV_MANAGER_BOOL, "type == PGMDEV_MANAGER_BOOL");

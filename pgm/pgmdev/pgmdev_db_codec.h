@@ -48,6 +48,9 @@ class DB_READER {
     return m_data[m_index++];
   }
   DWORD get_dword();  // 4 bytes, low byte first
+  // Steps over `count` raw double words ("index + 4 * count <= data_size") and returns where
+  // they start, for a caller that reads them in place.
+  DWORD skip_dwords(DWORD count);
 
   // Typed reads: the tag byte, then the payload.
   void get_bool_data(bool* out);

@@ -174,7 +174,8 @@ void PGMDEV_DEV_INFO_MANAGER::generate_device_database(FIO_PATH csv_file, FIO_PA
   // Read the records back as the loader will, so the tables are built from what is written.
   m_csv_memory_size = pure_memory_size;
   const auto body_begin = writer.data().begin() + DB_HEADER_SIZE;
-  parse_database(std::vector<BYTE>(body_begin, body_begin + pure_memory_size), true);
+  parse_database(
+      std::make_shared<const std::vector<BYTE>>(body_begin, body_begin + pure_memory_size), true);
   DEV_INFO_CHECK(m_device_database != nullptr, "m_device_database != NULL");
   parse_pgm_parts();
   print_table(writer);

@@ -11,8 +11,25 @@ using namespace pgmdev;
 
 namespace {
 
-std::shared_ptr<const std::vector<DWORD>> empty_table(DWORD size) {
-  return std::make_shared<const std::vector<DWORD>>(size, INVALID_DWORD);
+using TABLE_PTR = std::shared_ptr<const PGMDEV_INDEX_TABLE>;
+
+TABLE_PTR make_empty_table(DWORD size) {
+  return std::make_shared<const PGMDEV_INDEX_TABLE>(std::vector<DWORD>(size, INVALID_DWORD));
+}
+
+// Tables are immutable once built, so every manager shares one all-0xFFFFFFFF table of each
+// kind until it loads its own: construction costs no table fill.
+TABLE_PTR empty_family_table() {
+  static const TABLE_PTR table = make_empty_table(DEV_FAMILY_MAX);
+  return table;
+}
+TABLE_PTR empty_device_table() {
+  static const TABLE_PTR table = make_empty_table(DEV_DEVICE_MAX);
+  return table;
+}
+TABLE_PTR empty_part_table() {
+  static const TABLE_PTR table = make_empty_table(DWORD(std::max(DEV_PART_MAX, 0)));
+  return table;
 }
 
 // Reads one column's value into its field, whatever the field's type.
@@ -48,9 +65,9 @@ struct FIELD_READER {
 
 PGMDEV_DEV_INFO_MANAGER::PGMDEV_DEV_INFO_MANAGER(bool generate, DWORD debug_level)
     : m_debug_level(debug_level),
-      m_family_table(empty_table(DEV_FAMILY_MAX)),
-      m_device_table(empty_table(DEV_DEVICE_MAX)),
-      m_part_table(empty_table(DWORD(std::max(DEV_PART_MAX, 0)))) {
+      m_family_table(empty_family_table()),
+      m_device_table(empty_device_table()),
+      m_part_table(empty_part_table()) {
   if (generate) return;  // the generator fills the manager itself
   initialize_device_database(FIO_PATH(gen_get_device_db_fullpath() + DEV_INFO_FILE));
 }
@@ -84,14 +101,15 @@ void PGMDEV_DEV_INFO_MANAGER::initialize_from_image(const std::vector<BYTE>& ima
     return;
   }
   check_source_digest(image, PGMDEV_DEV_INFO_CSV_MD5, MODULE_DEV_INFO);
-  const std::vector<BYTE> body = inflate_body(image, MODULE_DEV_INFO);
-  DEV_INFO_CHECK(body.size() > get_table_size(), "memory_size > get_table_size()");
-  m_csv_memory_size = DWORD(body.size()) - get_table_size();
+  // Shared: the loaded index tables are read in place from it.
+  const BODY body = std::make_shared<const std::vector<BYTE>>(inflate_body(image, MODULE_DEV_INFO));
+  DEV_INFO_CHECK(body->size() > get_table_size(), "memory_size > get_table_size()");
+  m_csv_memory_size = DWORD(body->size()) - get_table_size();
   parse_database(body, false);
 }
 
-bool PGMDEV_DEV_INFO_MANAGER::parse_database(const std::vector<BYTE>& data, bool parse_only) {
-  DB_READER reader(data.data(), DWORD(data.size()), MODULE_DEV_INFO);
+bool PGMDEV_DEV_INFO_MANAGER::parse_database(const BODY& data, bool parse_only) {
+  DB_READER reader(data->data(), DWORD(data->size()), MODULE_DEV_INFO);
   m_version = reader.get_dword();
   DEV_INFO_CHECK(m_version == DB_BODY_VERSION, "Mismatch version between device file and reader");
   m_device_count = reader.get_dword();
@@ -101,7 +119,7 @@ bool PGMDEV_DEV_INFO_MANAGER::parse_database(const std::vector<BYTE>& data, bool
   // Records are added as they parse, so a corrupt count cannot make us allocate more than
   // the body can hold.
   RECORDS records;
-  records.reserve(std::min<DWORD>(m_device_count, DWORD(data.size() / 4)));
+  records.reserve(std::min<DWORD>(m_device_count, DWORD(data->size() / 4)));
   for (DWORD record = 0; record < m_device_count; ++record) {
     records.emplace_back();
     get_database(reader, records.back());
@@ -111,7 +129,7 @@ bool PGMDEV_DEV_INFO_MANAGER::parse_database(const std::vector<BYTE>& data, bool
   m_device_database = std::make_shared<const RECORDS>(std::move(records));
   if (!parse_only) {
     DEV_INFO_CHECK(reader.index() == m_csv_memory_size, "index == m_csv_memory_size");
-    get_table(reader);
+    get_table(reader, data);
     list_database();
   }
   return false;
@@ -121,18 +139,17 @@ void PGMDEV_DEV_INFO_MANAGER::get_database(DB_READER& reader, PGMDEV_DEVICE_INFO
   pgmdev_visit_device_info(record, FIELD_READER{reader});
 }
 
-void PGMDEV_DEV_INFO_MANAGER::get_table(DB_READER& reader) {
+void PGMDEV_DEV_INFO_MANAGER::get_table(DB_READER& reader, const BODY& data) {
   DEV_INFO_CHECK(m_device_database != nullptr && m_family_table != nullptr &&
                      m_device_table != nullptr && m_part_table != nullptr,
                  "m_device_database != NULL && m_family_table != NULL && m_device_table != NULL "
                  "&& m_part_table != NULL");
-  const auto read_table = [&reader](BYTE tag, const char* tag_text, DWORD count,
-                                    const char* count_text) {
+  const auto read_table = [&reader, &data](BYTE tag, const char* tag_text, DWORD count,
+                                           const char* count_text) {
     DEV_INFO_CHECK(reader.get_byte() == tag, tag_text);
     DEV_INFO_CHECK(reader.get_dword() == count, count_text);
-    auto table = std::make_shared<TABLE>(count);
-    for (DWORD& entry : *table) entry = reader.get_dword();
-    return std::shared_ptr<const TABLE>(std::move(table));
+    const DWORD offset = reader.skip_dwords(count);
+    return std::make_shared<const TABLE>(data, offset, count);
   };
   m_family_table =
       read_table(PGMDEV_MANAGER_FAMILY_TBL, "data[index++] == PGMDEV_MANAGER_FAMILY_TBL",

@@ -19,12 +19,12 @@ void PGMDEV_DEV_INFO_MANAGER::print_table(DB_WRITER& writer) {
   const auto build = [&writer](BYTE tag, DWORD count, const std::function<DWORD(DWORD)>& entry) {
     writer.dump_byte(tag);
     writer.dump_dword_database(count);
-    auto table = std::make_shared<TABLE>(count);
+    std::vector<DWORD> table(count);
     for (DWORD i = 0; i < count; ++i) {
-      (*table)[i] = entry(i);
-      writer.dump_dword_database((*table)[i]);
+      table[i] = entry(i);
+      writer.dump_dword_database(table[i]);
     }
-    return std::shared_ptr<const TABLE>(std::move(table));
+    return std::make_shared<const TABLE>(std::move(table));
   };
   m_family_table = build(PGMDEV_MANAGER_FAMILY_TBL, DEV_FAMILY_MAX,
                          [this](DWORD i) { return family_table_entry(i); });
