@@ -30,8 +30,13 @@ class CliError : public std::runtime_error {
 // Adds --json to a query command, bound to the shared options.
 void add_json_flag(CLI::App* command, Options& options);
 
+// A CliError that says how to make the database file `relative` (below the device database
+// directory) when it is missing.
+void require_database_file(const std::string& relative, const std::string& what);
+
 // Each command family registers its subcommands on the top-level application.
 void register_info_command(CLI::App& app, Options& options);
 void register_catalog_command(CLI::App& app, Options& options);
+void register_device_command(CLI::App& app, Options& options);
 
 }  // namespace pgmdev::cli

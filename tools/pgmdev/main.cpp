@@ -77,6 +77,7 @@ int run(int argc, char** argv) {
   app.require_subcommand(1);
   register_info_command(app, options);
   register_catalog_command(app, options);
+  register_device_command(app, options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -92,6 +93,14 @@ namespace pgmdev::cli {
 
 void add_json_flag(CLI::App* command, Options& options) {
   command->add_flag("--json", options.json, "Print the answer as a JSON document");
+}
+
+void require_database_file(const std::string& relative, const std::string& what) {
+  const std::string path = gen_get_device_db_fullpath() + relative;
+  if (!FIO_FILE_SYSTEM::exists(path.c_str())) {
+    throw CliError("no " + what + " at " + path +
+                   " (run 'pgmdev generate all' or set PGMDEV_DEVICE_DB_DIR)");
+  }
 }
 
 }  // namespace pgmdev::cli

@@ -56,7 +56,12 @@ std::vector<std::string> suggest(const std::string& word,
   std::set<std::string> seen;
   for (const std::string& candidate : candidates) {
     if (candidate.empty() || !seen.insert(candidate).second) continue;
-    const size_t distance = edit_distance(word, candidate, limit);
+    size_t distance = edit_distance(word, candidate, limit);
+    // A longer name that begins with the whole word is a likely target too.
+    if (distance > limit && word.size() >= 2 && candidate.size() > word.size() &&
+        edit_distance(word, candidate.substr(0, word.size()), 0) == 0) {
+      distance = limit;
+    }
     if (distance <= limit) ranked.emplace_back(distance, !starts_like(candidate, word), candidate);
   }
   std::sort(ranked.begin(), ranked.end());

@@ -1,0 +1,133 @@
+// `pgmdev device`: the device information record of a family, device, part or pcf name,
+// and which fallback of the index tables found it.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+
+#include "cli.h"
+#include "device_record.h"
+#include "names.h"
+#include "platform.h"
+#include "suggest.h"
+
+namespace pgmdev::cli {
+
+namespace {
+
+struct DeviceQuery {
+  std::string family, device, part, pcf;
+};
+
+struct Answer {
+  std::string query;     // "part ZQ160M8C6"
+  std::string found_by;  // how the tables reached the record
+  std::unique_ptr<PGMDEV_DEVICE_INFO> record;
+};
+
+// How a device's entry reached `record`: its own row, its device file's, its family's or
+// the generic family's.
+std::string device_route(DEV_DEVICE_ENUM device, const PGMDEV_DEVICE_INFO& record) {
+  const std::string kind = device_record_kind(record);
+  if (kind == "part") return "the part's own row";
+  if (kind == "device") return "the device's own row";
+  if (kind == "pcf") return "the row of its device file '" + record.pcf + "'";
+  const DEV_FAMILY_ENUM family = DEV_PART_MANAGER().get_family_of(device);
+  return "family fallback: " +
+         (record.family == family
+              ? "the row of family " + dstr_get_user_string(family)
+              : "row of family " + dstr_get_user_string(record.family) + " (family " +
+                    dstr_get_user_string(family) + " has no row)");
+}
+
+std::string family_route(DEV_FAMILY_ENUM family, const PGMDEV_DEVICE_INFO& record) {
+  if (record.family == family) return "the family's own row";
+  return "row of family " + dstr_get_user_string(record.family) + " (family " +
+         dstr_get_user_string(family) + " has no row)";
+}
+
+Answer look_up(PGMDEV_DEV_INFO_MANAGER& manager, const DeviceQuery& query) {
+  Answer answer;
+  if (!query.family.empty()) {
+    const DEV_FAMILY_ENUM family = require_family(query.family);
+    answer.query = "family " + dstr_get_user_string(family);
+    answer.record.reset(manager.get_db_by_family(family));
+    if (answer.record) answer.found_by = family_route(family, *answer.record);
+  } else if (!query.device.empty()) {
+    const DEV_DEVICE_ENUM device = require_device(query.device);
+    answer.query = "device " + dstr_get_user_string(device);
+    answer.record.reset(manager.get_db_by_device(device));
+    if (answer.record) answer.found_by = device_route(device, *answer.record);
+  } else if (!query.part.empty()) {
+    const int part = require_part(query.part);
+    const DEV_DEVICE_ENUM device = DEV_PART_MANAGER().get_device_of(part);
+    answer.query = "part " + dstr_get_user_string(part);
+    answer.record.reset(manager.get_db_by_part(part));
+    if (answer.record) {
+      answer.found_by = answer.record->part != 0 ? "the part's own row"
+                                                 : "via device " + dstr_get_user_string(device) +
+                                                       ", " + device_route(device, *answer.record);
+    }
+  } else {
+    answer.query = "pcf " + query.pcf;
+    std::vector<std::string> known;
+    const PGMDEV_DEVICE_INFO* records = manager.get_device_database();
+    for (DWORD i = 0; records != nullptr && i < manager.get_device_count(); ++i) {
+      if (gen_stricmp(records[i].pcf.c_str(), query.pcf.c_str()) == 0) {
+        answer.record = std::make_unique<PGMDEV_DEVICE_INFO>(records[i]);
+        answer.found_by = "the row of device file '" + records[i].pcf + "'";
+        break;
+      }
+      known.push_back(records[i].pcf);
+    }
+    if (!answer.record) {
+      throw CliError("no row has the device file name '" + query.pcf + "'",
+                     suggest(query.pcf, known));
+    }
+  }
+  return answer;
+}
+
+void show_device(const Options& options, const DeviceQuery& query) {
+  if (query.family.empty() && query.device.empty() && query.part.empty() && query.pcf.empty()) {
+    throw CliError("say what to look up: --family, --device, --part or --pcf NAME");
+  }
+  require_database_file("/programmer/pgm_dev_info.pcf", "device information file");
+  PGMDEV_DEV_INFO_MANAGER manager(false, 0);
+  const Answer answer = look_up(manager, query);
+  if (!answer.record) throw CliError("no record for " + answer.query);
+  const DWORD index = device_record_index(manager, *answer.record);
+  if (options.json) {
+    print_json(std::cout, {{"query", answer.query},
+                           {"found_by", answer.found_by},
+                           {"row_kind", device_record_kind(*answer.record)},
+                           {"record_index", index},
+                           {"record", device_record_json(*answer.record)}});
+    return;
+  }
+  Fields fields = {
+      {"query", answer.query},
+      {"found by", answer.found_by},
+      {"record", std::to_string(index) + " of " + std::to_string(manager.get_device_count())}};
+  print_fields(std::cout, fields);
+  std::cout << '\n';
+  print_fields(std::cout, device_record_fields(*answer.record));
+}
+
+}  // namespace
+
+void register_device_command(CLI::App& app, Options& options) {
+  auto query = std::make_shared<DeviceQuery>();
+  CLI::App* device = app.add_subcommand(
+      "device", "Show the device information record of a family, device, part or pcf name");
+  auto* family = device->add_option("--family", query->family, "Family name, e.g. ZORQA_I");
+  auto* dev = device->add_option("--device", query->device, "Device name, e.g. ZQ160");
+  auto* part = device->add_option("--part", query->part, "Full part name, e.g. ZQ160M8C6");
+  auto* pcf = device->add_option("--pcf", query->pcf, "Device file (pcf) name of a row");
+  family->excludes(dev, part, pcf);
+  dev->excludes(part, pcf);
+  part->excludes(pcf);
+  add_json_flag(device, options);
+  device->callback([&options, query] { show_device(options, *query); });
+}
+
+}  // namespace pgmdev::cli
