@@ -17,7 +17,15 @@ size_t line_count(const std::string& text) {
 }
 
 TEST(CliFrame, EveryCommandHasHelp) {
-  const std::vector<std::vector<std::string>> commands = {{}, {"info"}};
+  const std::vector<std::vector<std::string>> commands = {{},
+                                                          {"info"},
+                                                          {"catalog"},
+                                                          {"catalog", "families"},
+                                                          {"catalog", "devices"},
+                                                          {"catalog", "parts"},
+                                                          {"device"},
+                                                          {"name"},
+                                                          {"opn"}};
   for (std::vector<std::string> command : commands) {
     command.push_back("--help");
     const auto result = run_cli(command);

@@ -38,5 +38,6 @@ void require_database_file(const std::string& relative, const std::string& what)
 void register_info_command(CLI::App& app, Options& options);
 void register_catalog_command(CLI::App& app, Options& options);
 void register_device_command(CLI::App& app, Options& options);
+void register_name_commands(CLI::App& app, Options& options);
 
 }  // namespace pgmdev::cli

@@ -1,0 +1,191 @@
+// `pgmdev name` and `pgmdev opn`: a name in every naming scheme, OPN slots and hashes.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+
+#include "cli.h"
+#include "names.h"
+#include "output.h"
+#include "pgmdev_ddb_mgr.h"
+#include "pgmdev_mgr.h"
+#include "platform.h"
+#include "suggest.h"
+
+namespace pgmdev::cli {
+
+namespace {
+
+using GRAMMAR = PGMDEV_DEVICE_GRAMMAR_MGR;
+
+constexpr unsigned long long NO_HASH = 0xFFFFFFFFFFFFFFFFULL;
+
+// Runs `call` with soft reports silenced: "not found" reports are answers here.
+template <class CALL>
+auto quietly(CALL call) {
+  MSG_INTERNAL_ERROR::HOOK previous =
+      MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
+  struct Restore {
+    MSG_INTERNAL_ERROR::HOOK hook;
+    ~Restore() { MSG_INTERNAL_ERROR::set_hook(hook); }
+  } restore{previous};
+  return call();
+}
+
+struct NameAnswer {
+  std::string name, package, pgm, pgm_part_pcf, pgm_family_pcf, device, dev_part_pcf,
+      dev_family_pcf, family, full_name;
+  bool use_full_name = false, use_package_name = false;
+  unsigned long opn_enum = INVALID_DWORD;
+  unsigned long long opn_hash = NO_HASH;
+};
+
+// The catalogue device behind a device name, a full part name or the part found for it.
+std::string catalog_device_of(const std::string& name, const std::string& full_name) {
+  if (dstr_get_dev_device_enum_by_string(name.c_str()) != DEV_DEVICE_INVALID) return name;
+  for (const std::string& candidate : {name, full_name}) {
+    const int part = dstr_get_dev_part_enum_by_string(candidate.c_str());
+    if (part != DEV_PART_INVALID) {
+      return dstr_get_user_string(DEV_PART_MANAGER().get_device_of(part));
+    }
+  }
+  return "";
+}
+
+NameAnswer resolve(const std::string& input) {
+  NameAnswer a;
+  a.name = input;
+  a.package = GRAMMAR::get_package_name(a.name, true);  // normalises a.name
+  // A name that is itself a package (programmer) name has no entry of its own to map from.
+  if (a.package.empty() && !GRAMMAR::get_pgm_name(a.name, true, true).empty()) a.package = a.name;
+  a.pgm = GRAMMAR::get_pgm_name(a.name, false, true);
+  if (a.pgm.empty() && !GRAMMAR::get_pgm_part_pcf(a.name).empty()) a.pgm = a.name;
+  GRAMMAR::get_pgm_pcfs(a.name, a.pgm_part_pcf, a.pgm_family_pcf);
+  a.family = GRAMMAR::get_family(a.pgm.empty() ? a.name : a.pgm);
+  a.use_full_name = GRAMMAR::use_full_name(a.name);
+  a.use_package_name = GRAMMAR::use_package_name(a.name);
+  a.full_name = quietly([&] { return PGMDEV_MGR::get_possible_full_name(a.name); });
+  a.device = catalog_device_of(a.name, a.full_name);
+  if (!a.device.empty()) GRAMMAR::get_dev_pcfs(a.device, a.dev_part_pcf, a.dev_family_pcf);
+  const std::string& part = a.full_name.empty() ? a.name : a.full_name;
+  a.opn_enum = PGMDEV_MGR::get_opn_enum(part);
+  a.opn_hash = PGMDEV_MGR::get_opn_hash(part);
+  return a;
+}
+
+bool known(const NameAnswer& a) {
+  return !a.package.empty() || !a.pgm.empty() || !a.pgm_part_pcf.empty() || !a.family.empty() ||
+         !a.full_name.empty() || !a.device.empty();
+}
+
+// Names the grammar knows: every part with its package and programmer names, every device.
+std::vector<std::string> grammar_names() {
+  std::vector<std::string> names = catalog_part_names();
+  const size_t parts = names.size();
+  for (size_t i = 0; i < parts; ++i) {
+    names.push_back(GRAMMAR::get_package_name(names[i], true));
+    names.push_back(GRAMMAR::get_pgm_name(names[i], false, true));
+  }
+  for (const std::string& device : catalog_device_names()) names.push_back(device);
+  return names;
+}
+
+std::string or_dash(const std::string& text) { return text.empty() ? "-" : text; }
+
+void show_name(const Options& options, const std::string& input) {
+  const NameAnswer a = resolve(input);
+  if (!known(a)) throw CliError("unknown name '" + a.name + "'", suggest(a.name, grammar_names()));
+  const bool has_opn = a.opn_enum != INVALID_DWORD;
+  const bool has_hash = a.opn_hash != NO_HASH;
+  if (options.json) {
+    print_json(std::cout, {{"name", a.name},
+                           {"package_name", a.package},
+                           {"pgm_name", a.pgm},
+                           {"pgm_part_pcf", a.pgm_part_pcf},
+                           {"pgm_family_pcf", a.pgm_family_pcf},
+                           {"device", a.device},
+                           {"dev_part_pcf", a.dev_part_pcf},
+                           {"dev_family_pcf", a.dev_family_pcf},
+                           {"family", a.family},
+                           {"possible_full_name", a.full_name},
+                           {"use_full_name", a.use_full_name},
+                           {"use_package_name", a.use_package_name},
+                           {"opn_enum", has_opn ? nlohmann::json(a.opn_enum) : nlohmann::json()},
+                           {"opn_hash", has_hash ? nlohmann::json(hex_text(a.opn_hash, 12))
+                                                 : nlohmann::json()}});
+    return;
+  }
+  print_fields(
+      std::cout,
+      {{"name", a.name},
+       {"package name", or_dash(a.package)},
+       {"programmer name", or_dash(a.pgm)},
+       {"programmer pcf names", or_dash(a.pgm_part_pcf) + " / " + or_dash(a.pgm_family_pcf)},
+       {"device", or_dash(a.device)},
+       {"device pcf names", or_dash(a.dev_part_pcf) + " / " + or_dash(a.dev_family_pcf)},
+       {"family", or_dash(a.family)},
+       {"possible full name", or_dash(a.full_name)},
+       {"addressed by", a.use_full_name      ? "full part name"
+                        : a.use_package_name ? "package name"
+                                             : "programmer name"},
+       {"OPN enumeration", has_opn ? std::to_string(a.opn_enum) : "-"},
+       {"OPN hash", has_hash ? hex_text(a.opn_hash, 12) : "-"}});
+}
+
+unsigned long long parse_number(const std::string& text, const char* what) {
+  try {
+    size_t used = 0;
+    const unsigned long long value = std::stoull(text, &used, 0);
+    if (used == text.size()) return value;
+  } catch (const std::exception&) {
+  }
+  throw CliError(std::string("not a number for ") + what + ": '" + text + "'");
+}
+
+void show_opn(const Options& options, const std::string& slot_text, const std::string& hash_text) {
+  unsigned long slot = INVALID_DWORD;
+  std::string part;
+  if (!hash_text.empty()) {
+    part = PGMDEV_MGR::get_opn_from_hash(parse_number(hash_text, "--hash"));
+    if (part.empty()) throw CliError("no part has the OPN hash " + hash_text);
+    slot = PGMDEV_MGR::get_opn_enum(part);
+  } else {
+    slot = static_cast<unsigned long>(parse_number(slot_text, "the OPN enumeration"));
+    part = PGMDEV_MGR::get_opn(slot);
+    if (part.empty()) throw CliError("OPN slot " + slot_text + " holds no part");
+  }
+  const unsigned long long hash = PGMDEV_MGR::get_opn_hash(part);
+  if (options.json) {
+    print_json(std::cout,
+               {{"part", part},
+                {"opn_enum", slot == INVALID_DWORD ? nlohmann::json() : nlohmann::json(slot)},
+                {"opn_hash", hex_text(hash, 12)}});
+    return;
+  }
+  print_fields(std::cout, {{"part", part},
+                           {"OPN enumeration", slot == INVALID_DWORD ? "-" : std::to_string(slot)},
+                           {"OPN hash", hex_text(hash, 12)}});
+}
+
+}  // namespace
+
+void register_name_commands(CLI::App& app, Options& options) {
+  auto name = std::make_shared<std::string>();
+  CLI::App* name_cmd =
+      app.add_subcommand("name", "Show a part, package or programmer name in every naming scheme");
+  name_cmd->add_option("NAME", *name, "Full part, package, programmer or device name")->required();
+  add_json_flag(name_cmd, options);
+  name_cmd->callback([&options, name] { show_name(options, *name); });
+
+  auto slot = std::make_shared<std::string>();
+  auto hash = std::make_shared<std::string>();
+  CLI::App* opn = app.add_subcommand("opn", "Show the part of an OPN enumeration or OPN hash");
+  auto* slot_option = opn->add_option("ENUM", *slot, "OPN enumeration (slot number)");
+  opn->add_option("--hash", *hash, "48-bit OPN hash, e.g. 0x1A2B3C4D5E6F")->excludes(slot_option);
+  add_json_flag(opn, options);
+  opn->callback([&options, slot, hash] {
+    if (slot->empty() && hash->empty()) throw CliError("give an OPN enumeration or --hash HASH");
+    show_opn(options, *slot, *hash);
+  });
+}
+
+}  // namespace pgmdev::cli
