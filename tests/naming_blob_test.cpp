@@ -1,6 +1,8 @@
 // Opening and parsing crafted naming blobs: every check, its order and its exact text.
 #include <gtest/gtest.h>
 
+#include <boost/crc.hpp>
+
 #include "naming_test_support.h"
 #include "pgmdev_naming_db.h"
 
@@ -46,12 +48,12 @@ TEST(NamingBlob, WellFormedGrammarParsesIntoSortedSections) {
   const std::vector<BYTE> blob = pgmdev::seal_naming_blob(grammar_payload(sections));
   const std::vector<BYTE> compressed = compress(blob);
   const auto db = open_grammar_db(compressed.data(), DWORD(compressed.size()), DWORD(blob.size()));
-  const PGMDEV_DDB_GRAMMAR_MAP& first = *db->get_map(0);
+  const PGMDEV_DDB_GRAMMAR_SECTION& first = *db->get_section(0);
   ASSERT_EQ(first.size(), 2u);
-  EXPECT_EQ(first.begin()->first, "AA");
-  EXPECT_EQ(first.at("ZZ"), (std::vector<std::string>{"Z2", "Z1"}));  // blob order kept
-  EXPECT_EQ(db->get_map(3)->size(), 2u);
-  EXPECT_EQ(db->get_map(8), nullptr);
+  EXPECT_EQ(first.key(first.entries().front()), "AA");                     // key order
+  EXPECT_EQ(first.list_of("ZZ"), (std::vector<std::string>{"Z2", "Z1"}));  // blob order
+  EXPECT_EQ(db->get_section(3)->size(), 2u);
+  EXPECT_EQ(db->get_section(8), nullptr);
 }
 
 TEST(NamingBlob, LengthOneShortOrLongFailsTheLengthCheckNotTheCrc) {
@@ -123,7 +125,7 @@ TEST(NamingBlob, EntryInvariantsAreFatal) {
             "std::find(contents.begin(), contents.end(), content) == contents.end()");
   // Long lists use a different repeat check; same verdict.
   std::vector<std::string> long_list;
-  for (int i = 0; i < 40; ++i) long_list.push_back("S" + std::to_string(i));
+  for (int i = 0; i < 1100; ++i) long_list.push_back("S" + std::to_string(i));
   long_list.push_back("S3");
   repeated[1] = {{"K1", long_list}};
   EXPECT_EQ(parse_grammar(grammar_payload(repeated)),
@@ -149,7 +151,7 @@ TEST(NamingBlob, SoftReportsLetParsingGoOn) {
   pgmdev::parse_grammar_payload(blob.data(), DWORD(blob.size()), db);
   EXPECT_EQ(recorder.conditions(), std::vector<std::string>{"index < data_size"});
   EXPECT_FALSE(recorder.reports()[0].fatal);
-  EXPECT_EQ(db.get_map(7)->at("K7"), std::vector<std::string>{"V7"});
+  EXPECT_EQ(db.get_section(7)->list_of("K7"), std::vector<std::string>{"V7"});
 
   // A list string cut off by the trailer: kept, then the entry without its zero is dropped.
   payload = grammar_payload(small_grammar(7));
@@ -162,8 +164,8 @@ TEST(NamingBlob, SoftReportsLetParsingGoOn) {
   EXPECT_EQ(second.conditions(),
             (std::vector<std::string>{"index < data_size && data[index] == 0",
                                       "index < data_size && data[index] == 0"}));
-  EXPECT_TRUE(dropped.get_map(7)->empty());
-  EXPECT_EQ(dropped.get_map(6)->size(), 1u);
+  EXPECT_TRUE(dropped.get_section(7)->empty());
+  EXPECT_EQ(dropped.get_section(6)->size(), 1u);
 }
 
 TEST(NamingBlob, OpnTableChecks) {
@@ -195,6 +197,18 @@ TEST(NamingBlob, OpnSlotsKeepBlobOrder) {
   EXPECT_EQ(db->m_slots, (std::vector<DWORD>{0, 200, 0, 7, 200}));
   EXPECT_EQ(db->find_slot_of(200), 1u);  // the first slot wins
   EXPECT_EQ(db->find_slot_of(9), INVALID_DWORD);
+}
+
+// The blob CRC (eight bytes per step) against Boost's byte-wise CRC-32/BZIP2, over every
+// length that exercises the tail loop and one large buffer.
+TEST(NamingBlob, BlobCrcMatchesByteWiseCrc) {
+  std::vector<BYTE> data(70000);
+  for (size_t i = 0; i < data.size(); ++i) data[i] = BYTE(i * 2654435761u >> 13);
+  for (size_t size : {4, 5, 11, 12, 13, 19, 20, 21, 100, 70000}) {
+    boost::crc_optimal<32, 0x04C11DB7, 0xFFFFFFFF, 0xFFFFFFFF, false, false> crc;
+    crc.process_bytes(data.data(), size - 4);
+    EXPECT_EQ(pgmdev::naming_blob_crc(data.data(), size), crc.checksum()) << size;
+  }
 }
 
 TEST(NamingBlob, TooShortForMagicAndTrailer) {

@@ -160,18 +160,20 @@ TEST_F(NamingGrammar, ShippedDataKeepsTheInvariants) {
     const std::string allowed = section == 0 ? "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-"
                                              : "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_";
     std::set<std::string> seen;
-    for (const auto& [key, list] : *db->get_map(section)) {
-      for (const std::string& text : list) {
-        EXPECT_TRUE(seen.insert(text).second) << text << " under two keys of " << section;
+    const PGMDEV_DDB_GRAMMAR_SECTION& entries = *db->get_section(section);
+    for (const auto& entry : entries.entries()) {
+      for (std::string_view text : entries.list(entry)) {
+        EXPECT_TRUE(seen.insert(std::string(text)).second)
+            << text << " under two keys of " << section;
         EXPECT_LE(text.size(), 37u);
         EXPECT_EQ(text.find_first_not_of(allowed), std::string::npos) << text;
       }
     }
     if (section >= 2 && section <= 5) {
-      EXPECT_EQ(db->get_map(section)->count("NONE"), 1u);
+      EXPECT_NE(entries.find("NONE"), nullptr);
     }
   }
-  EXPECT_GT(db->get_map(0)->size(), 3000u);
+  EXPECT_GT(db->get_section(0)->size(), 3000u);
 }
 
 // The index must give the linear walk's answer for every string of every section, every
@@ -182,9 +184,10 @@ TEST_F(NamingGrammar, IndexedReverseLookupMatchesLinearWalk) {
   for (DWORD section = 0; section < PGMDEV_DDB_GRAMMAR_SECTIONS; ++section) {
     const auto type = PGMDEV_DDB_GRAMMAR_ENUM(section);
     std::vector<std::string> names = {"", "NOT_A_NAME", " zq160 "};
-    for (const auto& [key, list] : *db->get_map(section)) {
-      names.push_back(key);
-      names.insert(names.end(), list.begin(), list.end());
+    const PGMDEV_DDB_GRAMMAR_SECTION& entries = *db->get_section(section);
+    for (const auto& entry : entries.entries()) {
+      names.emplace_back(entries.key(entry));
+      for (std::string_view text : entries.list(entry)) names.emplace_back(text);
     }
     for (const std::string& name : names) {
       std::string indexed_name = name, linear_name = name, indexed, linear;

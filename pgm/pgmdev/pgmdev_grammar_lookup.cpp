@@ -9,13 +9,13 @@
 namespace pgmdev {
 namespace {
 
-// The section's map after the database, section-number and map checks, in that order.
-const PGMDEV_DDB_GRAMMAR_MAP& checked_map(const PGMDEV_DDB_GRAMMAR_DB* mgr,
-                                          PGMDEV_DDB_GRAMMAR_ENUM type) {
+// The section after the database, section-number and map checks, in that order.
+const PGMDEV_DDB_GRAMMAR_SECTION& checked_section(const PGMDEV_DDB_GRAMMAR_DB* mgr,
+                                                  PGMDEV_DDB_GRAMMAR_ENUM type) {
   PGMDEV_CHECK(mgr != nullptr, "mgr != NULL", MODULE_DDB_MGR);
   PGMDEV_CHECK(type < PGMDEV_DDB_GRAMMAR_ENUM::MAX, "type < PGMDEV_DDB_GRAMMAR_ENUM::MAX",
                MODULE_DDB_MGR);
-  const PGMDEV_DDB_GRAMMAR_MAP* mapping = mgr->get_map(DWORD(type));
+  const PGMDEV_DDB_GRAMMAR_SECTION* mapping = mgr->get_section(DWORD(type));
   PGMDEV_CHECK(mapping != nullptr, "mapping != NULL", MODULE_DDB_MGR);
   return *mapping;
 }
@@ -29,20 +29,20 @@ void normalise_name(std::string& name) {
 
 void grammar_lookup_reverse(PGMDEV_DDB_GRAMMAR_ENUM type, std::string& name, std::string& result) {
   const PGMDEV_DDB_GRAMMAR_DB* mgr = naming_grammar_db();
-  checked_map(mgr, type);
+  checked_section(mgr, type);
   normalise_name(name);
-  const std::string* key = mgr->find_key_of(DWORD(type), name);
-  result = key != nullptr ? *key : std::string();
+  result = mgr->find_key_of(DWORD(type), name);
 }
 
 void grammar_lookup_reverse_linear(PGMDEV_DDB_GRAMMAR_ENUM type, std::string& name,
                                    std::string& result) {
-  const PGMDEV_DDB_GRAMMAR_MAP& mapping = checked_map(naming_grammar_db(), type);
+  const PGMDEV_DDB_GRAMMAR_SECTION& mapping = checked_section(naming_grammar_db(), type);
   normalise_name(name);
   result.clear();
-  for (const auto& entry : mapping) {
-    if (std::find(entry.second.begin(), entry.second.end(), name) != entry.second.end()) {
-      result = entry.first;
+  for (const auto& entry : mapping.entries()) {
+    const PGMDEV_DDB_GRAMMAR_LIST_VIEW list = mapping.list(entry);
+    if (std::find(list.begin(), list.end(), name) != list.end()) {
+      result = mapping.key(entry);
       return;
     }
   }
@@ -51,12 +51,11 @@ void grammar_lookup_reverse_linear(PGMDEV_DDB_GRAMMAR_ENUM type, std::string& na
 PGMDEV_DDB_GRAMMAR_LIST grammar_lookup_forward(std::string& name) {
   const PGMDEV_DDB_GRAMMAR_DB* mgr = naming_grammar_db();
   PGMDEV_CHECK(mgr != nullptr, "mgr != NULL", MODULE_DDB_MGR);
-  const PGMDEV_DDB_GRAMMAR_MAP* mapping =
-      mgr->get_map(DWORD(PGMDEV_DDB_GRAMMAR_ENUM::DEV_PART_PCF));
+  const PGMDEV_DDB_GRAMMAR_SECTION* mapping =
+      mgr->get_section(DWORD(PGMDEV_DDB_GRAMMAR_ENUM::DEV_PART_PCF));
   PGMDEV_CHECK(mapping != nullptr, "mapping != NULL", MODULE_DDB_MGR);
   normalise_name(name);
-  const auto found = mapping->find(name);
-  return found == mapping->end() ? PGMDEV_DDB_GRAMMAR_LIST() : found->second;
+  return mapping->list_of(name);
 }
 
 }  // namespace pgmdev

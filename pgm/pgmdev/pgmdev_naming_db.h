@@ -2,43 +2,147 @@
 #pragma once
 
 #include <array>
-#include <map>
+#include <iterator>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "pgm_types.h"
 #include "pgmdev_ddb_mgr.h"
 
-using PGMDEV_DDB_GRAMMAR_LIST = std::vector<std::string>;
-// Keys in plain byte order; each list in blob order.
-using PGMDEV_DDB_GRAMMAR_MAP = std::map<std::string, PGMDEV_DDB_GRAMMAR_LIST>;
-
 constexpr DWORD PGMDEV_DDB_GRAMMAR_SECTIONS = DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX);
 
-// The eight grammar sections. Read-only once parsed; the reverse index of a section is
-// built on its first reverse look-up.
-class PGMDEV_DDB_GRAMMAR_DB {
+using PGMDEV_DDB_GRAMMAR_LIST = std::vector<std::string>;
+
+// One list of a grammar entry, in blob order: its zero-terminated strings lie back to back
+// in the database's own text, so the list is walked rather than stored string by string.
+class PGMDEV_DDB_GRAMMAR_LIST_VIEW {
  public:
-  PGMDEV_DDB_GRAMMAR_DB();
+  class ITERATOR {
+   public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = std::string_view;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const std::string_view*;
+    using reference = std::string_view;
 
-  // Null only for a value of MAX or more.
-  PGMDEV_DDB_GRAMMAR_MAP* get_map(DWORD section);
-  const PGMDEV_DDB_GRAMMAR_MAP* get_map(DWORD section) const;
+    explicit ITERATOR(const char* at) : m_at(at) {}
+    std::string_view operator*() const { return std::string_view(m_at); }
+    ITERATOR& operator++() {
+      m_at += std::char_traits<char>::length(m_at) + 1;
+      return *this;
+    }
+    bool operator==(const ITERATOR& other) const { return m_at == other.m_at; }
+    bool operator!=(const ITERATOR& other) const { return m_at != other.m_at; }
 
-  // The first key, in key order, whose list holds `name`; null when none does.
-  // `section` must be below MAX.
-  const std::string* find_key_of(DWORD section, const std::string& name) const;
+   protected:
+    const char* m_at;
+  };
+
+  PGMDEV_DDB_GRAMMAR_LIST_VIEW(const char* begin, const char* end, DWORD count)
+      : m_begin(begin), m_end(end), m_count(count) {}
+  ITERATOR begin() const { return ITERATOR(m_begin); }
+  ITERATOR end() const { return ITERATOR(m_end); }
+  size_t size() const { return m_count; }
+  bool empty() const { return m_count == 0; }
+  std::string_view front() const { return std::string_view(m_begin); }
+  PGMDEV_DDB_GRAMMAR_LIST to_strings() const { return PGMDEV_DDB_GRAMMAR_LIST(begin(), end()); }
 
  protected:
-  using REVERSE_INDEX = std::unordered_map<std::string_view, const std::string*>;
+  const char* m_begin;
+  const char* m_end;
+  DWORD m_count;
+};
+
+// Offsets into the database's text keep entries small: the shipped sections then fit in
+// ordinary heap blocks rather than fresh pages.
+struct PGMDEV_DDB_GRAMMAR_ENTRY {
+  DWORD m_key;  // offset of the key
+  DWORD m_key_size;
+  DWORD m_list;      // offset of the list's first string
+  DWORD m_list_end;  // offset just past the last string's zero byte
+  DWORD m_count;
+};
+
+// A cheap 32-bit summary of a string: equal strings have equal fingerprints, different
+// names of one list rarely share one.
+DWORD pgmdev_grammar_fingerprint(std::string_view text);
+
+// One grammar section: an ordered map from key to list, kept as entries sorted by plain
+// byte-wise key comparison. The parser builds it through the add_ operations.
+class PGMDEV_DDB_GRAMMAR_SECTION {
+ public:
+  const std::vector<PGMDEV_DDB_GRAMMAR_ENTRY>& entries() const { return m_entries; }
+  std::string_view key(const PGMDEV_DDB_GRAMMAR_ENTRY& entry) const {
+    return std::string_view(m_text + entry.m_key, entry.m_key_size);
+  }
+  PGMDEV_DDB_GRAMMAR_LIST_VIEW list(const PGMDEV_DDB_GRAMMAR_ENTRY& entry) const {
+    return PGMDEV_DDB_GRAMMAR_LIST_VIEW(m_text + entry.m_list, m_text + entry.m_list_end,
+                                        entry.m_count);
+  }
+  size_t size() const { return m_entries.size(); }
+  bool empty() const { return m_entries.empty(); }
+  // The entry of `key`, or null.
+  const PGMDEV_DDB_GRAMMAR_ENTRY* find(std::string_view key) const;
+  // A copy of the list of `key`; empty when there is no such key.
+  PGMDEV_DDB_GRAMMAR_LIST list_of(std::string_view key) const;
+
+  // Building, one entry at a time: the strings of the list being read, then the entry.
+  // Every string handed in lies in `text`, the database's text.
+  void set_text(const char* text) { m_text = text; }
+  void start_list();
+  // False when `text` is already in the list being read.
+  bool add_string(std::string_view text);
+  bool has_key(std::string_view key);
+  // Takes the strings read since start_list() as the list of `key`.
+  void add_entry(std::string_view key);
+  // Puts the entries in key order (blobs normally hold them so already).
+  void finish();
+
+ protected:
+  bool key_less(const PGMDEV_DDB_GRAMMAR_ENTRY& a, const PGMDEV_DDB_GRAMMAR_ENTRY& b) const {
+    return key(a) < key(b);
+  }
+
+  const char* m_text = nullptr;
+  std::vector<PGMDEV_DDB_GRAMMAR_ENTRY> m_entries;
+  bool m_in_order = true;
+  static size_t seen_bit(DWORD print) { return (print * 0x9E3779B1u) >> 16; }
+
+  // Parse-time helpers: the current list with its strings' fingerprints and a bit per
+  // fingerprint hash seen in it, and the keys once they arrive out of order.
+  std::vector<std::string_view> m_list;
+  std::vector<DWORD> m_prints;
+  std::vector<bool> m_seen = std::vector<bool>(size_t(1) << 16);
+  std::unordered_set<std::string_view> m_keys;
+};
+
+// The eight grammar sections over one copy of the blob's text. Read-only once parsed; the
+// reverse index of a section is built on its first reverse look-up.
+class PGMDEV_DDB_GRAMMAR_DB {
+ public:
+  // Null only for a value of MAX or more.
+  PGMDEV_DDB_GRAMMAR_SECTION* get_section(DWORD section);
+  const PGMDEV_DDB_GRAMMAR_SECTION* get_section(DWORD section) const;
+
+  // The first key, in key order, whose list holds `name`; empty when none does.
+  // `section` must be below MAX.
+  std::string_view find_key_of(DWORD section, std::string_view name) const;
+
+  // Takes a whole decompressed blob as the text the sections point into.
+  const BYTE* adopt_text(std::vector<BYTE>&& text);
+
+ protected:
+  using REVERSE_INDEX = std::unordered_map<std::string_view, std::string_view>;
 
   void build_reverse_index(DWORD section) const;
 
-  std::array<std::unique_ptr<PGMDEV_DDB_GRAMMAR_MAP>, PGMDEV_DDB_GRAMMAR_SECTIONS> m_maps;
+  std::vector<BYTE> m_text;
+  std::array<PGMDEV_DDB_GRAMMAR_SECTION, PGMDEV_DDB_GRAMMAR_SECTIONS> m_sections;
   mutable std::array<std::once_flag, PGMDEV_DDB_GRAMMAR_SECTIONS> m_index_once;
   mutable std::array<REVERSE_INDEX, PGMDEV_DDB_GRAMMAR_SECTIONS> m_reverse_index;
 };
@@ -71,7 +175,9 @@ extern const NAMING_BLOB_TEXTS OPN_BLOB_TEXTS;
 std::vector<BYTE> open_naming_blob(const BYTE* compressed, DWORD compressed_length, DWORD length,
                                    const NAMING_BLOB_TEXTS& texts);
 
-// Parse a whole decompressed blob (magic and trailer included) into `db`.
+// Parse a whole decompressed blob (magic and trailer included) into `db`. The grammar
+// parser copies the bytes into `db`; the adopting form takes them over.
+void parse_grammar_payload(std::vector<BYTE>&& data, PGMDEV_DDB_GRAMMAR_DB& db);
 void parse_grammar_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_GRAMMAR_DB& db);
 void parse_opn_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_OPN_DB& db);
 
