@@ -39,5 +39,6 @@ void register_info_command(CLI::App& app, Options& options);
 void register_catalog_command(CLI::App& app, Options& options);
 void register_device_command(CLI::App& app, Options& options);
 void register_name_commands(CLI::App& app, Options& options);
+void register_flash_commands(CLI::App& app, Options& options);
 
 }  // namespace pgmdev::cli

@@ -1,0 +1,83 @@
+// Formats the 33 columns of a serial flash record.
+#include "flash_record.h"
+
+#include <set>
+
+namespace pgmdev::cli {
+
+nlohmann::ordered_json flash_record_json(const PGMDEV_SFL_FLASH_INFO& r) {
+  return {{"manufacturer_name", r.manufacturer_name},
+          {"device_name", r.device_name},
+          {"silicon_id", r.silicon_id},
+          {"memory_id", r.memory_id},
+          {"memory_id_index", r.memory_id_index},
+          {"memory_type", r.memory_type},
+          {"memory_type_index", r.memory_type_index},
+          {"mfc_id", r.mfc_id},
+          {"mfc_id_index", r.mfc_id_index},
+          {"marlo_id", r.marlo_id},
+          {"default_dev", r.default_dev},
+          {"ini", r.ini},
+          {"extended_mode", r.extended_mode},
+          {"micron_flow", r.micron_flow},
+          {"spansion_flow", r.spansion_flow},
+          {"startup_protected", r.startup_protected},
+          {"aai_mode", r.aai_mode},
+          {"flag_status", r.flag_status},
+          {"die_count", r.die_count},
+          {"device_bit_size", r.device_bit_size},
+          {"device_sector_byte", r.device_sector_byte},
+          {"half_size", r.half_size},
+          {"byte4_addressing", r.byte4_addressing},
+          {"bulk_erase_time", r.bulk_erase_time},
+          {"sec_erase_time", r.sec_erase_time},
+          {"program_utime", r.program_utime},
+          {"protection_mask", r.protection_mask},
+          {"protection_value", r.protection_value},
+          {"unprotect_value", r.unprotect_value},
+          {"protection_division", r.protection_division},
+          {"bottom_value", r.bottom_value},
+          {"sdm_support", r.sdm_support},
+          {"asc_voltage", r.asc_voltage}};
+}
+
+Fields flash_record_fields(const PGMDEV_SFL_FLASH_INFO& record) {
+  static const std::set<std::string> hex_columns = {
+      "memory_id",        "memory_type",     "mfc_id",      "protection_mask",
+      "protection_value", "unprotect_value", "bottom_value"};
+  Fields fields;
+  const nlohmann::ordered_json columns = flash_record_json(record);
+  for (const auto& [name, value] : columns.items()) {
+    std::string text;
+    if (value.is_string()) {
+      text = value.get<std::string>();
+    } else if (hex_columns.count(name) != 0) {
+      text = hex_text(value.get<QWORD>(), 2);
+    } else {
+      text = value.dump();
+    }
+    fields.emplace_back(name, text);
+  }
+  return fields;
+}
+
+std::string flash_id_text(const PGMDEV_SFL_FLASH_INFO& r) {
+  BYTE id[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
+  DWORD used = 0;
+  auto place = [&](BYTE index, BYTE value) {
+    if (index < PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE) {
+      id[index] = value;
+      used = std::max<DWORD>(used, index + 1u);
+    }
+  };
+  place(r.memory_id_index, r.memory_id);
+  if (!r.silicon_id) {
+    place(r.memory_type_index, r.memory_type);
+    place(r.mfc_id_index, r.mfc_id);
+  }
+  std::string text;
+  for (DWORD i = 0; i < used; ++i) text += hex_text(id[i], 2).substr(2);
+  return text;
+}
+
+}  // namespace pgmdev::cli

@@ -1,0 +1,18 @@
+// Serial flash records as JSON objects (all 33 columns) and as readable fields.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "output.h"
+#include "pgmdev_flash_manager.h"
+
+namespace pgmdev::cli {
+
+// The 33 columns in column order.
+nlohmann::ordered_json flash_record_json(const PGMDEV_SFL_FLASH_INFO& record);
+// The same as name/value lines; identifier and protection bytes in hexadecimal.
+Fields flash_record_fields(const PGMDEV_SFL_FLASH_INFO& record);
+// The identifier bytes the chip sends, in read order, as one hex string ("EF4018").
+std::string flash_id_text(const PGMDEV_SFL_FLASH_INFO& record);
+
+}  // namespace pgmdev::cli
