@@ -40,5 +40,6 @@ void register_catalog_command(CLI::App& app, Options& options);
 void register_device_command(CLI::App& app, Options& options);
 void register_name_commands(CLI::App& app, Options& options);
 void register_flash_commands(CLI::App& app, Options& options);
+void register_hps_commands(CLI::App& app, Options& options);
 
 }  // namespace pgmdev::cli

@@ -80,6 +80,7 @@ int run(int argc, char** argv) {
   register_device_command(app, options);
   register_name_commands(app, options);
   register_flash_commands(app, options);
+  register_hps_commands(app, options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -1,0 +1,92 @@
+// End-to-end test of `pgmdev hps`: the add / list / remove cycle of user definitions in a
+// module directory of its own, with the answers given through standard input.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "cli_run.h"
+
+namespace {
+
+using nlohmann::json;
+using pgmdev::test::CliEnv;
+using pgmdev::test::run_cli;
+namespace fs = std::filesystem;
+
+class CliHps : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    m_dir = fs::temp_directory_path() / ("pgmdev_cli_hps_" + std::to_string(getpid()));
+    fs::remove_all(m_dir);
+    fs::create_directories(m_dir);
+    m_env = {{"PGMDEV_MODULE_DIR", m_dir.string()}};
+  }
+  void TearDown() override { fs::remove_all(m_dir); }
+
+  json list(const std::string& kind) {
+    const auto result = run_cli({"hps", "list", kind, "--json"}, "", m_env);
+    EXPECT_EQ(result.exit_code, 0) << result.err;
+    return json::parse(result.out);
+  }
+
+  fs::path m_dir;
+  std::vector<CliEnv> m_env;
+};
+
+// A refused answer is asked again: all zeros, then a valid ID; 3 Mbit, then 128.
+const char* const SPI_ANSWERS =
+    "0\n1C2030\nFFFFFF\n0\n0\nAcme\nAQ_128\n3\n128\n64\n256\n100\n2\n3\n1000\n1\n1\nY\nDC\n12\n"
+    "13\n";
+
+TEST_F(CliHps, AddListRemoveCycle) {
+  EXPECT_EQ(list("spi").size(), 27u);
+  EXPECT_EQ(list("nand").size(), 10u);
+
+  auto result = run_cli({"hps", "add", "spi"}, SPI_ANSWERS, m_env);
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_NE(result.out.find("Invalid input: Input is invalid (hit)"), std::string::npos);
+  EXPECT_NE(result.out.find("Invalid input: Input must be power of 2"), std::string::npos);
+  ASSERT_EQ(run_cli({"hps", "add", "nand"}, "2C\n68\n4096\n", m_env).exit_code, 0);
+  ASSERT_EQ(run_cli({"hps", "add", "nand"}, "98\nDC\n512\n", m_env).exit_code, 0);
+
+  json spi = list("spi");
+  ASSERT_EQ(spi.size(), 28u);
+  EXPECT_TRUE(spi[0]["user"].get<bool>());
+  EXPECT_EQ(spi[0]["name"], "AQ_128");
+  EXPECT_EQ(spi[0]["siid"], 0x1C2030);
+  EXPECT_EQ(spi[0]["flash_bit_size"], 128ull << 20);  // Mbit stored as bits
+  EXPECT_EQ(spi[0]["sector_byte_size"], 64u << 10);   // Kbyte stored as bytes
+  EXPECT_TRUE(spi[0]["speed_mode"].get<bool>());
+  EXPECT_FALSE(spi[1]["user"].get<bool>());
+
+  json nand = list("nand");
+  ASSERT_EQ(nand.size(), 12u);
+  EXPECT_EQ(nand[1]["manufacturer_id"], 0x98);
+  EXPECT_EQ(nand[1]["flash_byte_size"], 512ull << 20);
+
+  // Removing the first NAND definition keeps the second, now first.
+  ASSERT_EQ(run_cli({"hps", "remove", "nand", "1"}, "", m_env).exit_code, 0);
+  nand = list("nand");
+  ASSERT_EQ(nand.size(), 11u);
+  EXPECT_EQ(nand[0]["manufacturer_id"], 0x98);
+  EXPECT_EQ(list("spi").size(), 28u);  // the other section is untouched
+
+  result = run_cli({"hps", "remove", "nand", "2"}, "", m_env);
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "pgmdev: no user definition 2 (there are 1)\n");
+  ASSERT_EQ(run_cli({"hps", "remove", "nand", "1"}, "", m_env).exit_code, 0);
+  ASSERT_EQ(run_cli({"hps", "remove", "spi", "1"}, "", m_env).exit_code, 0);
+  EXPECT_EQ(list("spi").size(), 27u);
+  EXPECT_EQ(list("nand").size(), 10u);
+}
+
+TEST_F(CliHps, UnfinishedDialogueWritesNothing) {
+  const auto result = run_cli({"hps", "add", "nand"}, "2C\n", m_env);
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.err.find("nothing was written"), std::string::npos);
+  EXPECT_FALSE(fs::exists(m_dir / "pgm_flash.ini"));
+  EXPECT_NE(run_cli({"hps", "list", "usb"}, "", m_env).exit_code, 0);
+}
+
+}  // namespace

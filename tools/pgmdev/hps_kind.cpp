@@ -1,0 +1,224 @@
+// HPS SPI and NAND parameter checks, the answer dialogue and edits of their user sections.
+#include "hps_kind.h"
+
+#include <cstring>
+#include <iostream>
+
+#include "cli.h"
+#include "platform.h"
+
+namespace pgmdev::cli {
+
+namespace {
+
+// Refuses all zeros and all ones of a 3- or 4-byte JEDEC ID.
+const std::vector<DWORD> NOT_ALL_0_OR_1 = {3,          0xFFFFFFFF, 0,         0xFFFFFFFF,
+                                           0xFFFFFFFF, 0xFFFFFFFF, 0x00FFFFFF};
+// The same for one ID byte.
+const std::vector<DWORD> BYTE_NOT_ALL_0_OR_1 = {2, 0xFFFFFFFF, 0, 0xFFFFFFFF, 0xFF};
+
+std::vector<DWORD> range(DWORD low, DWORD high) { return {1, low, high}; }
+
+HPS_RULE hex(std::vector<DWORD> ranges = {}, std::vector<DWORD> hits = {}) {
+  return {true, false, std::move(ranges), std::move(hits), 1};
+}
+HPS_RULE decimal(DWORD low, DWORD high, DWORD multiple = 1) {
+  return {false, false, range(low, high), {}, multiple};
+}
+const HPS_RULE TEXT{};
+
+}  // namespace
+
+// Bounds as the prompt labels state them; units converted by the multiple.
+const HPS_KIND<PGMDEV_HPS_SPI_STRUCTURE>& hps_spi_kind() {
+  static const HPS_KIND<PGMDEV_HPS_SPI_STRUCTURE> kind = {
+      PGMDEV_FLASH_INI_HPS_SPI,
+      PGMDEV_HPS_SPI_SIGNATURE,
+      PGMDEV_HPS_SPI_PARAM_COUNT,
+      PGMDEV_HPS_SPI_PARAM_TYPES,
+      PGMDEV_HPS_SPI_PARAM_KEYS,
+      PGMDEV_HPS_SPI_PARAM_LABELS,
+      {hex({}, NOT_ALL_0_OR_1),                               // siid
+       hex({2, 0xFFFFFF, 0xFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF}),  // mask
+       hex(),                                                 // ext_siid
+       hex({2, 0, 0, 0xFF, 0xFF}),                            // ext_mask
+       TEXT,
+       TEXT,                                        // manufacturer, name
+       {false, true, range(1, 2048), {}, 1048576},  // flash_bit_size: Mbit
+       {false, true, range(1, 1024), {}, 1024},     // sector_byte_size: Kbyte
+       {false, true, range(1, 65536), {}, 1},       // page_byte_size
+       decimal(1, 900),
+       decimal(2, 10),
+       decimal(1, 60),
+       decimal(1000, 1000000),
+       decimal(1, 5),
+       {false, false, {3, 1, 1, 2, 2, 4, 4}, {}, 1},  // die_size
+       TEXT,                                          // speed_mode
+       hex(range(1, 0xFE)),
+       hex(range(1, 0xFE)),
+       hex(range(1, 0xFE))},
+      {5, 4, 0, 1, 6, 7, 14, 15}};
+  return kind;
+}
+
+const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE>& hps_nand_kind() {
+  static const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE> kind = {
+      PGMDEV_FLASH_INI_HPS_NAND,
+      PGMDEV_HPS_NAND_SIGNATURE,
+      PGMDEV_HPS_NAND_PARAM_COUNT,
+      PGMDEV_HPS_NAND_PARAM_TYPES,
+      PGMDEV_HPS_NAND_PARAM_KEYS,
+      PGMDEV_HPS_NAND_PARAM_LABELS,
+      {hex(range(0, 0xFF), BYTE_NOT_ALL_0_OR_1), hex(range(0, 0xFF), BYTE_NOT_ALL_0_OR_1),
+       decimal(1, 65536, 1048576)},  // Mbyte
+      {0, 1, 2}};
+  return kind;
+}
+
+namespace {
+
+// One answer into the field it is for; false with the reason when refused.
+bool accept(PGMDEV_PARAM_TYPE type, const HPS_RULE& rule, const std::string& answer, void* field,
+            std::string& error) {
+  if (type == PGMDEV_PARAM_STRING) {
+    if (answer.empty()) error = "empty text";
+    if (answer.empty()) return false;
+    *static_cast<std::string*>(field) = answer;
+    return true;
+  }
+  if (type == PGMDEV_PARAM_BOOL) {
+    std::string word = answer;
+    stl_toupper(word);
+    if (word != "Y" && word != "N" && word != "YES" && word != "NO") error = "answer Y or N";
+    if (!error.empty()) return false;
+    *static_cast<bool*>(field) = word[0] == 'Y';
+    return true;
+  }
+  QWORD value = 0;
+  if (!PGMDEV_FLASH_INI::convert_string_to_qword(type, value, rule.hex, answer, rule.power_of_2,
+                                                 rule.ranges.empty() ? nullptr : rule.ranges.data(),
+                                                 rule.hits.empty() ? nullptr : rule.hits.data(),
+                                                 false, rule.multiple, error)) {
+    return false;
+  }
+  if (type == PGMDEV_PARAM_QWORD) {
+    *static_cast<QWORD*>(field) = value;
+  } else {
+    *static_cast<DWORD*>(field) = static_cast<DWORD>(value);
+  }
+  return true;
+}
+
+template <class RECORD>
+std::vector<RECORD> decode_section(const HPS_KIND<RECORD>& kind, const std::vector<BYTE>& block) {
+  std::vector<RECORD> records;
+  if (block.empty()) return records;
+  if (block.size() < PGMDEV_HPS_SIGNATURE_SIZE ||
+      std::memcmp(block.data(), kind.signature, PGMDEV_HPS_SIGNATURE_SIZE) != 0) {
+    throw CliError(std::string("the ") + PGMDEV_FLASH_INI_SECTION_NAMES[kind.section] +
+                   " section of pgm_flash.ini is not in this version's format; left alone");
+  }
+  DWORD index = PGMDEV_HPS_SIGNATURE_SIZE;
+  const DWORD size = static_cast<DWORD>(block.size());
+  while (index < size) {
+    RECORD record;
+    if (!PGMDEV_FLASH_INI::assign_flash_ini_data(block.data(), index, size, kind.count, kind.types,
+                                                 record.params)) {
+      break;  // as the list manager does: records after a broken one are lost
+    }
+    records.push_back(record);
+  }
+  return records;
+}
+
+template <class RECORD>
+std::vector<BYTE> encode_section(const HPS_KIND<RECORD>& kind, std::vector<RECORD>& records) {
+  if (records.empty()) return {};
+  DWORD size = PGMDEV_HPS_SIGNATURE_SIZE;
+  for (RECORD& record : records) {
+    for (DWORD i = 0; i < kind.count; ++i) {
+      PGMDEV_FLASH_INI::calculate_flash_ini_data_size(size, kind.types[i], record.params[i]);
+    }
+  }
+  std::vector<BYTE> block(size, 0);
+  std::memcpy(block.data(), kind.signature, PGMDEV_HPS_SIGNATURE_SIZE);
+  DWORD index = PGMDEV_HPS_SIGNATURE_SIZE;
+  for (RECORD& record : records) {
+    for (DWORD i = 0; i < kind.count; ++i) {
+      PGMDEV_FLASH_INI::fillup_flash_ini_data(block.data(), index, kind.types[i], record.params[i]);
+    }
+  }
+  return block;
+}
+
+// Read-modify-write of the kind's section; `edit` changes the decoded records.
+template <class RECORD, class EDIT>
+void edit_section(const HPS_KIND<RECORD>& kind, EDIT edit) {
+  std::string failure;
+  const bool written =
+      PGMDEV_FLASH_INI::update_flash_ini_data(kind.section, [&](std::vector<BYTE>& block) {
+        try {
+          std::vector<RECORD> records = decode_section(kind, block);
+          edit(records);
+          block = encode_section(kind, records);
+          return true;
+        } catch (const CliError& error) {
+          failure = error.what();
+          return false;
+        }
+      });
+  if (!failure.empty()) throw CliError(failure);
+  if (!written) throw CliError("could not write " + gen_get_module_path() + "/pgm_flash.ini");
+}
+
+}  // namespace
+
+template <class RECORD>
+void prompt_record(const HPS_KIND<RECORD>& kind, RECORD& record, std::istream& in,
+                   std::ostream& out) {
+  for (DWORD i = 0; i < kind.count; ++i) {
+    for (;;) {
+      out << kind.labels[i] << " : " << std::flush;
+      std::string answer;
+      if (!std::getline(in, answer)) {
+        throw CliError("the input ended before the definition was complete; nothing was written");
+      }
+      gen_remove_leading_and_trailing_white_spaces(answer);
+      std::string error;
+      if (accept(kind.types[i], kind.rules[i], answer, record.params[i], error)) break;
+      out << "Invalid input: " << error << '\n';
+    }
+  }
+}
+
+template <class RECORD>
+void append_user_record(const HPS_KIND<RECORD>& kind, RECORD& record) {
+  edit_section(kind, [&](std::vector<RECORD>& records) { records.push_back(record); });
+}
+
+template <class RECORD>
+size_t remove_user_record(const HPS_KIND<RECORD>& kind, size_t index) {
+  size_t left = 0;
+  edit_section(kind, [&](std::vector<RECORD>& records) {
+    if (index < 1 || index > records.size()) {
+      throw CliError("no user definition " + std::to_string(index) + " (there are " +
+                     std::to_string(records.size()) + ")");
+    }
+    records.erase(records.begin() + static_cast<std::ptrdiff_t>(index - 1));
+    left = records.size();
+  });
+  return left;
+}
+
+template void prompt_record(const HPS_KIND<PGMDEV_HPS_SPI_STRUCTURE>&, PGMDEV_HPS_SPI_STRUCTURE&,
+                            std::istream&, std::ostream&);
+template void prompt_record(const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE>&, PGMDEV_HPS_NAND_STRUCTURE&,
+                            std::istream&, std::ostream&);
+template void append_user_record(const HPS_KIND<PGMDEV_HPS_SPI_STRUCTURE>&,
+                                 PGMDEV_HPS_SPI_STRUCTURE&);
+template void append_user_record(const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE>&,
+                                 PGMDEV_HPS_NAND_STRUCTURE&);
+template size_t remove_user_record(const HPS_KIND<PGMDEV_HPS_SPI_STRUCTURE>&, size_t);
+template size_t remove_user_record(const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE>&, size_t);
+
+}  // namespace pgmdev::cli

@@ -1,0 +1,51 @@
+// The two HPS flash kinds (SPI and NAND) described once for generic code: their parameter
+// tables, the checks of each answer, and their user section in the flash INI data file.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "pgmdev_hps_mgr.h"
+
+namespace pgmdev::cli {
+
+// How one answer is checked with the flash INI conversion: hex or decimal, power of two,
+// allowed ranges, refused patterns, and the multiple from the prompt's unit to the stored one.
+struct HPS_RULE {
+  bool hex = false;
+  bool power_of_2 = false;
+  std::vector<DWORD> ranges;  // pair count, then (low, high) pairs; empty: no range check
+  std::vector<DWORD> hits;    // pair count, then (mask, pattern) pairs; empty: none
+  DWORD multiple = 1;
+};
+
+template <class RECORD>
+struct HPS_KIND {
+  PGMDEV_FLASH_INI_ENUM section;
+  const char* signature;
+  DWORD count;
+  const PGMDEV_PARAM_TYPE* types;
+  const std::string* keys;
+  const std::string* labels;
+  std::vector<HPS_RULE> rules;       // one per parameter
+  std::vector<DWORD> table_columns;  // parameters shown in the list table
+};
+
+const HPS_KIND<PGMDEV_HPS_SPI_STRUCTURE>& hps_spi_kind();
+const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE>& hps_nand_kind();
+
+// Asks every label in turn, asking again after a refused answer; a CliError when the input
+// ends first.
+template <class RECORD>
+void prompt_record(const HPS_KIND<RECORD>& kind, RECORD& record, std::istream& in,
+                   std::ostream& out);
+
+// Appends a record to the kind's user section; removes the INDEX-th (from 1) user record
+// and returns how many are left. Both rewrite the file under its lock.
+template <class RECORD>
+void append_user_record(const HPS_KIND<RECORD>& kind, RECORD& record);
+template <class RECORD>
+size_t remove_user_record(const HPS_KIND<RECORD>& kind, size_t index);
+
+}  // namespace pgmdev::cli
