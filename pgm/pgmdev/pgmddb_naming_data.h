@@ -1,4 +1,5 @@
-// The embedded naming blobs (zlib streams) and their lengths, generated at build time.
+// Embedded naming blobs (zlib streams) and their lengths, generated at build time.
+// Format: doc/naming_blob.md.
 #pragma once
 
 #include "pgm_types.h"
