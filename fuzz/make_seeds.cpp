@@ -4,14 +4,21 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <algorithm>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "fuzz_flash_ini.h"
+#include "fuzz_naming.h"
+#include "pgm_text.h"
+#include "pgmdev_db_container.h"
+#include "pgmdev_flash_manager.h"
 #include "pgmdev_hps_builtin.h"
 #include "pgmdev_hps_mgr.h"
+#include "pgmdev_naming_db.h"
 
 namespace {
 
@@ -113,11 +120,149 @@ SEEDS flash_ini_roundtrip_seeds() {
   };
 }
 
+BYTES read_file(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return BYTES((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+// The first `records` record lines of a source table, after its eight leading lines.
+std::string table_head(const std::string& table, size_t records) {
+  size_t lines = 0;
+  size_t position = 0;
+  while (position < table.size() && lines < 8 + records) {
+    position = table.find('\n', position);
+    position = position == std::string::npos ? table.size() : position + 1;
+    ++lines;
+  }
+  return table.substr(0, position);
+}
+
+class FLASH_SEED_PROBE : public PGMDEV_FLASH_MANAGER {
+ public:
+  FLASH_SEED_PROBE() : PGMDEV_FLASH_MANAGER(false, 0, true, false) {}
+  using PGMDEV_FLASH_MANAGER::encode_ini;
+  using PGMDEV_FLASH_MANAGER::gen_ini_password;
+};
+
+// A database file generated from `table` by the library's own generator.
+BYTES flash_file_of(const std::string& table) {
+  const fs::path dir = fs::temp_directory_path();
+  const fs::path source = dir / "pgmdev_seed_flash.csv";
+  const fs::path output = dir / "pgmdev_seed_flash.pcf";
+  std::ofstream(source, std::ios::binary) << table;
+  FLASH_SEED_PROBE().generate_flash_database(FIO_PATH(source.string()), FIO_PATH(output.string()));
+  return read_file(output);
+}
+
+BYTES flash_body_of(const BYTES& file) {
+  return pgmdev::inflate_body(file, "seeds");
+}
+
+const std::string& flash_table() {
+  static const std::string table = [] {
+    const BYTES bytes = read_file(fs::path(PGMDEV_SOURCE_DIR) / "data" / "pgm_flash.csv");
+    return std::string(bytes.begin(), bytes.end());
+  }();
+  return table;
+}
+
+SEEDS flash_file_seeds() {
+  const BYTES file = flash_file_of(flash_table());
+  const BYTES small = flash_file_of(table_head(flash_table(), 3));
+  // ID bytes of the shipped table's first chip (manufacturer, memory type, capacity).
+  const BYTES id{0x20, 0xBA, 0x16};
+  return {
+      {"file_shipped", cat({{0}, id, file})},
+      {"body_small", cat({{1}, id, flash_body_of(small)})},
+      {"body_small_file", cat({{2 | 4}, id, flash_body_of(small)})},
+  };
+}
+
+// A user definition that passes every check: 33 fields between 34 "@".
+const char* const USER_FLASH_FIELDS =
+    "@ACME@AC25Q064@0@23@2@64@1@239@0@32@1@NONE@0@0@0@0@0@0@1@67108864@65536@0@0@120@3@5000"
+    "@28@28@0@255@0@0@3.3V@";
+
+SEEDS flash_user_ini_seeds() {
+  const std::string plain = USER_FLASH_FIELDS;
+  const std::string sealed = plain + "#" + FLASH_SEED_PROBE::gen_ini_password(plain) + ";";
+  const std::string encoded = FLASH_SEED_PROBE::encode_ini(sealed);
+  return {
+      {"plain_valid", cat({{1}, bytes_of(plain)})},
+      {"plain_valid_debug", cat({{3}, bytes_of(plain)})},
+      {"encoded_valid", cat({{0}, bytes_of(encoded)})},
+      {"encoded_two_definitions",
+       cat({{0}, bytes_of(FLASH_SEED_PROBE::encode_ini(sealed + sealed))})},
+  };
+}
+
+SEEDS flash_csv_seeds() {
+  return {
+      {"table_one", bytes_of(table_head(flash_table(), 1))},
+      {"table_small", bytes_of(table_head(flash_table(), 3))},
+  };
+}
+
+// A small grammar payload made of the first entries of every shipped section.
+BYTES grammar_payload(size_t entries, size_t items) {
+  const PGMDEV_DDB_GRAMMAR_DB* db = pgmdev::naming_grammar_db();
+  BYTES out;
+  const auto put = [&out](const std::string& text) {
+    out.insert(out.end(), text.begin(), text.end());
+    out.push_back(0);
+  };
+  for (DWORD section = 0; section < PGMDEV_DDB_GRAMMAR_SECTIONS; ++section) {
+    size_t entry = 0;
+    for (const auto& [key, list] : *db->get_map(section)) {
+      if (entry++ == entries) break;
+      put(key);
+      for (size_t i = 0; i < items && i < list.size(); ++i) put(list[i]);
+      out.push_back(0);
+    }
+    out.push_back(0);
+  }
+  return out;
+}
+
+SEEDS grammar_payload_seeds() {
+  const BYTES payload = grammar_payload(3, 3);
+  return {
+      {"payload_small", cat({{0}, payload})},
+      {"payload_tiny_door", cat({{1}, grammar_payload(1, 1)})},
+      {"blob_small", cat({{3}, pgmdev_fuzz::seal_blob(payload)})},
+  };
+}
+
+// The count and the first `count` slots of the shipped OPN table.
+BYTES opn_payload(DWORD count) {
+  const std::vector<DWORD>& slots = pgmdev::naming_opn_db()->m_slots;
+  count = std::min<DWORD>(count, DWORD(slots.size()));
+  BYTES out;
+  pgmdev::append_le32(out, count);
+  for (DWORD i = 0; i < count; ++i) pgmdev::append_varint(out, slots[i]);
+  return out;
+}
+
+SEEDS opn_payload_seeds() {
+  BYTES small{5, 0, 0, 0, 0, 1, 0x7F, 0x80, 0x01, 0xFF, 0xFF, 0xFF, 0xFF, 0x0F};
+  return {
+      {"payload_head", cat({{0}, opn_payload(400)})},
+      {"payload_small", cat({{0}, small})},
+      {"payload_small_door", cat({{1}, small})},
+      {"blob_small", cat({{3}, pgmdev_fuzz::seal_blob(small)})},
+  };
+}
+
 const std::map<std::string, std::function<SEEDS()>>& makers() {
   static const std::map<std::string, std::function<SEEDS()>> all = {
       {"flash_ini_file", flash_ini_file_seeds},
       {"flash_ini_convert", flash_ini_convert_seeds},
       {"flash_ini_roundtrip", flash_ini_roundtrip_seeds},
+      {"flash_file", flash_file_seeds},
+      {"flash_user_ini", flash_user_ini_seeds},
+      {"flash_csv", flash_csv_seeds},
+      {"grammar_payload", grammar_payload_seeds},
+      {"opn_payload", opn_payload_seeds},
   };
   return all;
 }
