@@ -92,23 +92,24 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
   return 0;
 }
 
-// Input: one mode byte, three ID bytes, then
+// Input: one mode byte (bits 0-1: mode), three ID bytes, then
 //   mode 0: a whole file image (its digest replaced by this build's);
 //   mode 1: a body, parsed from memory;
 //   mode 2: a body, put in a valid file and loaded through the file path.
 // Bit 2 of the mode byte turns on the load-time listing.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   pgmdev_fuzz::INPUT input(data, size);
-  const BYTE mode = input.byte();
+  const BYTE flags = input.byte();
+  const int mode = (flags & 3) % 3;
   const BYTE id[3] = {input.byte(), input.byte(), input.byte()};
   std::vector<BYTE> bytes = input.rest();
-  FLASH_PROBE manager((mode & 4) != 0);
+  FLASH_PROBE manager((flags & 4) != 0);
   bool loaded = false;  // a refused file ends the story; nothing is queried in it
   pgmdev_fuzz::guarded([&] {
-    if (mode % 3 == 1) {
+    if (mode == 1) {
       manager.load_body(bytes);
     } else {
-      if (mode % 3 == 0) {
+      if (mode == 0) {
         pgmdev_fuzz::patch_digest(bytes, DIGEST);
       } else {
         bytes = pgmdev_fuzz::wrap_database("PGMIO_FM", DIGEST, bytes);

@@ -20,8 +20,10 @@
 
 namespace pgmdev_fuzz {
 
-// Reports, debug lines and notices would flood the fuzzer's output; the harness drops them.
+// Reports, debug lines and notices would flood the fuzzer's output; the harness drops them
+// unless PGMDEV_FUZZ_VERBOSE is set (to see why an input is refused).
 inline void quiet() {
+  if (std::getenv("PGMDEV_FUZZ_VERBOSE")) return;
   MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
   msg_set_debug_hook([](DWORD, const std::string&, const std::string&) {});
   PGM_COMMON::set_email_hook([](const std::string&, const std::string&, const std::string&) {});

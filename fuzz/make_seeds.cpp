@@ -1,10 +1,10 @@
 // Writes the seed inputs of every fuzz target from the shipped data, in each target's input
 // format: make_seeds <corpus folder>. Run by scripts/fuzz_seeds.sh; the seeds are then
 // minimised into fuzz/corpus/ together with what the fuzzers found.
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <algorithm>
 #include <functional>
 #include <iterator>
 #include <map>
@@ -13,8 +13,10 @@
 
 #include "fuzz_flash_ini.h"
 #include "fuzz_naming.h"
+#include "pgm_cfg.h"
 #include "pgm_text.h"
 #include "pgmdev_db_container.h"
+#include "pgmdev_dev_info_manager.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_hps_builtin.h"
 #include "pgmdev_hps_mgr.h"
@@ -154,9 +156,7 @@ BYTES flash_file_of(const std::string& table) {
   return read_file(output);
 }
 
-BYTES flash_body_of(const BYTES& file) {
-  return pgmdev::inflate_body(file, "seeds");
-}
+BYTES flash_body_of(const BYTES& file) { return pgmdev::inflate_body(file, "seeds"); }
 
 const std::string& flash_table() {
   static const std::string table = [] {
@@ -253,12 +253,60 @@ SEEDS opn_payload_seeds() {
   };
 }
 
+const std::string& dev_info_table() {
+  static const std::string table = [] {
+    const BYTES bytes = read_file(fs::path(PGMDEV_SOURCE_DIR) / "data" / "pgm_dev_info.csv");
+    return std::string(bytes.begin(), bytes.end());
+  }();
+  return table;
+}
+
+class DEV_INFO_SEED_PROBE : public PGMDEV_DEV_INFO_MANAGER {
+ public:
+  DEV_INFO_SEED_PROBE() : PGMDEV_DEV_INFO_MANAGER(true, 0) {}
+};
+
+// The shipped device information file, generated with the shipped parts list.
+BYTES dev_info_file() {
+  const fs::path dir = fs::temp_directory_path() / "pgmdev_seed_install";
+  fs::create_directories(dir / "h");
+  fs::copy_file(fs::path(PGMDEV_SOURCE_DIR) / "data" / "pgm_parts.txt", dir / "h" / "pgm_parts.txt",
+                fs::copy_options::overwrite_existing);
+  cfg_set_value("PGMDEV_INSTALL_DIR", dir.string());
+  const fs::path source = dir / "pgm_dev_info.csv";
+  const fs::path output = dir / "pgm_dev_info.pcf";
+  std::ofstream(source, std::ios::binary) << dev_info_table();
+  DEV_INFO_SEED_PROBE().generate_device_database(FIO_PATH(source.string()),
+                                                 FIO_PATH(output.string()));
+  return read_file(output);
+}
+
+SEEDS dev_info_file_seeds() {
+  const BYTES file = dev_info_file();
+  const BYTES body = pgmdev::inflate_body(file, "seeds");
+  // The record area up to and including the database end marker, then the first words of
+  // the family table (behind its tag and count).
+  const BYTES end2{'E', 'N', 'D', '2'};
+  const auto end = std::search(body.begin(), body.end(), end2.begin(), end2.end()) + 4;
+  const BYTES records(body.begin(), end);
+  const BYTES words(end + 5, end + 5 + 4 * 16);
+  return {
+      {"file_shipped", cat({{0}, file})},
+      {"records_shipped", cat({{1}, records, words})},
+      {"records_shipped_file", cat({{2 | 4}, records})},
+  };
+}
+
+SEEDS dev_info_csv_seeds() { return {{"table_shipped", bytes_of(dev_info_table())}}; }
+
 const std::map<std::string, std::function<SEEDS()>>& makers() {
   static const std::map<std::string, std::function<SEEDS()>> all = {
       {"flash_ini_file", flash_ini_file_seeds},
       {"flash_ini_convert", flash_ini_convert_seeds},
       {"flash_ini_roundtrip", flash_ini_roundtrip_seeds},
       {"flash_file", flash_file_seeds},
+      {"dev_info_file", dev_info_file_seeds},
+      {"dev_info_csv", dev_info_csv_seeds},
       {"flash_user_ini", flash_user_ini_seeds},
       {"flash_csv", flash_csv_seeds},
       {"grammar_payload", grammar_payload_seeds},

@@ -7,6 +7,7 @@ foreach(source IN LISTS PGMDEV_FUZZ_SOURCES)
   add_executable(replay_${target} "${source}" "${PROJECT_SOURCE_DIR}/fuzz/replay_main.cpp")
   target_link_libraries(replay_${target} PRIVATE pgmdev_static)
   target_include_directories(replay_${target} PRIVATE "${PROJECT_SOURCE_DIR}/fuzz")
+  target_compile_definitions(replay_${target} PRIVATE PGMDEV_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   target_compile_options(replay_${target} PRIVATE ${PGMDEV_WARNINGS})
   add_test(NAME fuzz_replay.${target}
            COMMAND replay_${target} "${PROJECT_SOURCE_DIR}/fuzz/corpus/${target}"

@@ -11,7 +11,9 @@ cd "$(dirname "$0")/.."
 
 FUZZ_BUILD=build/fuzz
 WORK=${FUZZ_WORK:-build/fuzz/campaign}
-TIMEOUT=${FUZZ_TIMEOUT:-1}
+# libFuzzer timeout per input. A run on a busy shared machine can stall for a second;
+# every timeout is replayed by hand, and the slowest input of each run is reported.
+TIMEOUT=${FUZZ_TIMEOUT:-5}
 
 targets() {
   if [ $# -gt 0 ] && [ -n "$1" ]; then echo "$1"; return; fi
@@ -39,7 +41,7 @@ run() {
   nice -n 10 "$FUZZ_BUILD/fuzz/fuzz_$target" "${dict[@]}" -max_total_time="$seconds" \
     -timeout="$TIMEOUT" -rss_limit_mb=2048 -close_fd_mask=1 -print_final_stats=1 \
     -artifact_prefix="$artifacts/" "$corpus" "fuzz/corpus/$target" >"$log" 2>&1 || status=$?
-  grep -E '^stat::(number_of_executed_units|average_exec_per_sec)|DONE' "$log" | tail -3 |
+  grep -E '^stat::(number_of_executed_units|average_exec_per_sec|slowest_unit_time_sec)|DONE' "$log" | tail -4 |
     sed "s/^/  $target: /"
   if [ $status -ne 0 ]; then
     echo "fuzz: $target FAILED (see $log; inputs in $artifacts)"

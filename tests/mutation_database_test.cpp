@@ -1,0 +1,83 @@
+// Mutation runs over the two shipped database files: the whole file and its inflated body.
+#include "mutation_support.h"
+#include "pgm_cfg.h"
+#include "pgmdev_build_config.h"
+#include "pgmdev_check.h"
+#include "pgmdev_db_container.h"
+#include "pgmdev_dev_info_manager.h"
+#include "pgmdev_flash_manager.h"
+
+namespace {
+
+using mutation::BYTES;
+
+BYTES shipped(const char* name) {
+  const auto path = mutation::fs::path(PGMDEV_BINARY_DIR) / "share/pgmdev/programmer" / name;
+  BYTES bytes = mutation::read_bytes(path);
+  EXPECT_GT(bytes.size(), 46u) << path;
+  return bytes;
+}
+
+class FLASH_PROBE : public PGMDEV_FLASH_MANAGER {
+ public:
+  FLASH_PROBE() : PGMDEV_FLASH_MANAGER(false, 0, true, false) {}
+  using PGMDEV_FLASH_MANAGER::initialize_flash_database;
+  using PGMDEV_FLASH_MANAGER::parse_database;
+};
+
+class DEV_INFO_PROBE : public PGMDEV_DEV_INFO_MANAGER {
+ public:
+  DEV_INFO_PROBE() : PGMDEV_DEV_INFO_MANAGER(true, 0) {}
+  using PGMDEV_DEV_INFO_MANAGER::initialize_from_image;
+  using PGMDEV_DEV_INFO_MANAGER::parse_database;
+
+  void parse_body(const BYTES& body) {
+    m_csv_memory_size = DWORD(body.size()) - get_table_size();
+    parse_database(body, false);
+  }
+  // Once loaded, every family look-up gives a record or an internal error.
+  void look_up_families() {
+    for (DWORD family = 0; family < DEV_FAMILY_MAX; ++family) {
+      try {
+        delete get_db_by_family(DEV_FAMILY_ENUM(family));
+      } catch (const MSG_INTERNAL_ERROR_EXCEPTION&) {
+      }
+    }
+  }
+};
+
+void expect_both(const mutation::OUTCOMES& outcomes) {
+  EXPECT_GT(outcomes.refusals, 0u);
+  EXPECT_GT(outcomes.values + outcomes.refusals, mutation::MUTANTS - 1);
+}
+
+TEST(MutationDatabase, FlashFileAndBodyEndInValueOrInternalError) {
+  cfg_unset_value(PGMDEV_FLASH_MANAGER::USER_FLASH_KEY);
+  const BYTES file = shipped("pgm_flash.pcf");
+  const std::string path = (mutation::scratch_dir() / "pgm_flash.pcf").string();
+  expect_both(mutation::run_all(file, [&](const BYTES& input) {
+    mutation::write_bytes(path, input);
+    FLASH_PROBE().initialize_flash_database(FIO_PATH(path));
+  }));
+  const BYTES body = pgmdev::inflate_body(file, pgmdev::MODULE_FLASH_MANAGER);
+  expect_both(mutation::run_all(body, [](const BYTES& input) {
+    FLASH_PROBE().parse_database(input.data(), DWORD(input.size()));
+  }));
+}
+
+TEST(MutationDatabase, DevInfoFileAndBodyEndInValueOrInternalError) {
+  const BYTES file = shipped("pgm_dev_info.pcf");
+  expect_both(mutation::run_all(file, [](const BYTES& input) {
+    DEV_INFO_PROBE manager;
+    manager.initialize_from_image(input);
+    manager.look_up_families();
+  }));
+  const BYTES body = pgmdev::inflate_body(file, pgmdev::MODULE_DEV_INFO);
+  expect_both(mutation::run_all(body, [](const BYTES& input) {
+    DEV_INFO_PROBE manager;
+    manager.parse_body(input);
+    manager.look_up_families();
+  }));
+}
+
+}  // namespace

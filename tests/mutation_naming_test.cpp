@@ -1,0 +1,63 @@
+// Mutation runs over the embedded naming blobs: the compressed arrays as shipped, and the
+// inflated blobs behind a valid trailer so that the payload parsers see every mutant.
+#include "mutation_support.h"
+#include "pgm_zlib.h"
+#include "pgmddb_naming_data.h"
+#include "pgmdev_naming_codec.h"
+#include "pgmdev_naming_db.h"
+
+namespace {
+
+using mutation::BYTES;
+
+BYTES inflate(const BYTE* data, DWORD size, DWORD length) {
+  BYTES blob(length);
+  DWORD blob_size = length;
+  EXPECT_EQ(zlib_uncompress(blob.data(), &blob_size, data, size), ZLIB_OK);
+  return blob;
+}
+
+// The trailer the loader expects, so that a mutant reaches the payload parser.
+BYTES resealed(BYTES blob) {
+  if (blob.size() < pgmdev::NAMING_MAGIC_SIZE + pgmdev::NAMING_TRAILER_SIZE) return blob;
+  const DWORD crc = pgmdev::naming_blob_crc(blob.data(), blob.size());
+  for (size_t i = 0; i < 4; ++i) blob[blob.size() - 4 + i] = BYTE(crc >> (8 * i));
+  return blob;
+}
+
+TEST(MutationNaming, CompressedArraysEndInValueOrInternalError) {
+  const BYTES grammar(PGMDDB_GRAMMAR_DATA, PGMDDB_GRAMMAR_DATA + PGMDDB_GRAMMAR_CMP_LENGTH);
+  const auto grammar_outcomes = mutation::run_all(grammar, [](const BYTES& input) {
+    pgmdev::open_grammar_db(input.data(), DWORD(input.size()), PGMDDB_GRAMMAR_LENGTH);
+  });
+  EXPECT_GT(grammar_outcomes.refusals, 0u);
+  const BYTES opn(PGMDDB_OPN_DATA, PGMDDB_OPN_DATA + PGMDDB_OPN_CMP_LENGTH);
+  const auto opn_outcomes = mutation::run_all(opn, [](const BYTES& input) {
+    pgmdev::open_opn_db(input.data(), DWORD(input.size()), PGMDDB_OPN_LENGTH);
+  });
+  EXPECT_GT(opn_outcomes.refusals, 0u);
+}
+
+TEST(MutationNaming, PayloadsEndInValueOrInternalError) {
+  const BYTES opn = inflate(PGMDDB_OPN_DATA, PGMDDB_OPN_CMP_LENGTH, PGMDDB_OPN_LENGTH);
+  const auto opn_outcomes = mutation::run_all(opn, [](const BYTES& input) {
+    const BYTES blob = resealed(input);
+    PGMDEV_DDB_OPN_DB db;
+    pgmdev::parse_opn_payload(blob.data(), DWORD(blob.size()), db);
+  });
+  EXPECT_GT(opn_outcomes.refusals, 0u);
+  // The grammar blob is large; a tenth of the mutants keeps the run short.
+  const BYTES grammar =
+      inflate(PGMDDB_GRAMMAR_DATA, PGMDDB_GRAMMAR_CMP_LENGTH, PGMDDB_GRAMMAR_LENGTH);
+  const auto grammar_outcomes = mutation::run_all(
+      grammar,
+      [](const BYTES& input) {
+        const BYTES blob = resealed(input);
+        PGMDEV_DDB_GRAMMAR_DB db;
+        pgmdev::parse_grammar_payload(blob.data(), DWORD(blob.size()), db);
+      },
+      mutation::MUTANTS / 10);
+  EXPECT_GT(grammar_outcomes.refusals, 0u);
+}
+
+}  // namespace
