@@ -1,5 +1,5 @@
 # The two front-door commands: `make test` and `make demo`. Everything else is CMake.
-.PHONY: all bootstrap build test asan demo format tidy clean
+.PHONY: all bootstrap build test asan demo format tidy clean fuzz-smoke fuzz-long fuzz-merge fuzz-coverage
 
 PRESET ?= default
 
@@ -17,6 +17,20 @@ test: build
 
 asan:
 	@$(MAKE) --no-print-directory test PRESET=asan
+
+# Fuzzing (doc/fuzzing.md): a short run of every target, the long campaign, corpus
+# minimisation and the coverage of each parser from its corpus.
+fuzz-smoke: bootstrap
+	@./scripts/fuzz.sh smoke $(FUZZ_SECONDS)
+
+fuzz-long: bootstrap
+	@./scripts/fuzz.sh long $(FUZZ_SECONDS)
+
+fuzz-merge: bootstrap
+	@./scripts/fuzz.sh merge
+
+fuzz-coverage: bootstrap
+	@./scripts/fuzz.sh coverage
 
 format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i

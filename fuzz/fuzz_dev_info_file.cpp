@@ -49,15 +49,13 @@ std::vector<BYTE> body_with_tables(const std::vector<BYTE>& input) {
 
 // Every id whose entry names something, the first and last ids, and the first id out of
 // range (which the enumerations can still hold; wider values would be the caller's fault).
-template <typename LOOKUP>
-void look_up_all(const std::vector<DWORD>& table, LOOKUP look_up) {
-  const auto one = [&](DWORD id) {
-    pgmdev_fuzz::guarded([&] { delete look_up(id); });
-  };
+template <typename TABLE, typename LOOKUP>
+void look_up_all(const TABLE& table, LOOKUP look_up) {
+  const auto one = [&](DWORD id) { pgmdev_fuzz::guarded([&] { delete look_up(id); }); };
   for (DWORD id = 0; id < table.size(); ++id) {
     if (table[id] != INVALID_DWORD || id == 0 || id + 1 == table.size()) one(id);
   }
-  one(DWORD(table.size()));
+  one(table.size());
 }
 
 void look_up(DEV_INFO_PROBE& manager) {

@@ -9,13 +9,17 @@
 
 namespace {
 
-// Reverse look-ups over whatever was parsed, with a name from each section's first list.
+// Look-ups over whatever was parsed: each section's first key by name, and the reverse
+// look-up of that key's first listed name, which must lead back to a listing key.
 void look_up(const PGMDEV_DDB_GRAMMAR_DB& db) {
   for (DWORD section = 0; section < PGMDEV_DDB_GRAMMAR_SECTIONS; ++section) {
-    const PGMDEV_DDB_GRAMMAR_MAP* map = db.get_map(section);
+    const PGMDEV_DDB_GRAMMAR_SECTION* map = db.get_section(section);
     if (map->empty()) continue;
-    const std::string* key = db.find_key_of(section, map->begin()->second.front());
-    if (!key || map->find(*key) == map->end()) std::abort();
+    const PGMDEV_DDB_GRAMMAR_ENTRY& entry = map->entries().front();
+    const std::string_view key = map->key(entry);
+    if (map->find(key) == nullptr || map->list_of(key).empty()) std::abort();
+    const std::string_view owner = db.find_key_of(section, map->list(entry).front());
+    if (owner.empty() || map->find(owner) == nullptr) std::abort();
     db.find_key_of(section, "ZZ_NOT_LISTED");
   }
 }

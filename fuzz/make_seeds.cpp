@@ -212,10 +212,12 @@ BYTES grammar_payload(size_t entries, size_t items) {
     out.push_back(0);
   };
   for (DWORD section = 0; section < PGMDEV_DDB_GRAMMAR_SECTIONS; ++section) {
-    size_t entry = 0;
-    for (const auto& [key, list] : *db->get_map(section)) {
-      if (entry++ == entries) break;
-      put(key);
+    const PGMDEV_DDB_GRAMMAR_SECTION* map = db->get_section(section);
+    size_t count = 0;
+    for (const PGMDEV_DDB_GRAMMAR_ENTRY& entry : map->entries()) {
+      if (count++ == entries) break;
+      put(std::string(map->key(entry)));
+      const PGMDEV_DDB_GRAMMAR_LIST list = map->list(entry).to_strings();
       for (size_t i = 0; i < items && i < list.size(); ++i) put(list[i]);
       out.push_back(0);
     }

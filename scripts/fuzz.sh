@@ -73,15 +73,19 @@ case "$cmd" in
     exit $failed
     ;;
   merge)
+    # Inputs are cut to MERGE_MAX_LEN bytes while merging, so the checked-in corpus stays
+    # small; the seeds (full-size shipped data) are kept whole beside the merged inputs.
     build_fuzz
+    max_len=${FUZZ_MERGE_MAX_LEN:-4096}
     for t in $(targets "${1:-}"); do
-      fresh="$WORK/merged/$t"
-      rm -rf "$fresh" && mkdir -p "$fresh" "$WORK/corpus/$t"
-      nice -n 10 "$FUZZ_BUILD/fuzz/fuzz_$t" -merge=1 -timeout="$TIMEOUT" -close_fd_mask=1 \
-        "$fresh" "fuzz/corpus/$t" "$WORK/corpus/$t" >"$WORK/logs/$t.merge.log" 2>&1
+      fresh="$WORK/merged/$t" seeds="$WORK/seeds/$t"
+      rm -rf "$fresh" "$seeds" && mkdir -p "$fresh" "$seeds" "$WORK/corpus/$t" "$WORK/logs"
+      cp fuzz/corpus/"$t"/seed_* "$seeds/" 2>/dev/null || true
+      nice -n 10 "$FUZZ_BUILD/fuzz/fuzz_$t" -merge=1 -max_len="$max_len" -timeout="$TIMEOUT" \
+        -close_fd_mask=1 "$fresh" "fuzz/corpus/$t" "$WORK/corpus/$t" >"$WORK/logs/$t.merge.log" 2>&1
       rm -rf "fuzz/corpus/$t" && mkdir -p "fuzz/corpus/$t"
       # libFuzzer names the kept inputs by their SHA-1.
-      cp "$fresh"/* "fuzz/corpus/$t/"
+      cp "$fresh"/* "$seeds"/* "fuzz/corpus/$t/" 2>/dev/null || true
       echo "merge: $t $(ls "fuzz/corpus/$t" | wc -l) inputs, $(du -sh "fuzz/corpus/$t" | cut -f1)"
     done
     ;;

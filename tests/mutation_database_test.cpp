@@ -33,7 +33,7 @@ class DEV_INFO_PROBE : public PGMDEV_DEV_INFO_MANAGER {
 
   void parse_body(const BYTES& body) {
     m_csv_memory_size = DWORD(body.size()) - get_table_size();
-    parse_database(body, false);
+    parse_database(std::make_shared<const BYTES>(body), false);
   }
   // Once loaded, every family look-up gives a record or an internal error.
   void look_up_families() {
