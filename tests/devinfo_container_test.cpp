@@ -31,7 +31,9 @@ class ContainerTest : public ::testing::Test {
  protected:
   void SetUp() override {
     m_previous = MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
-    m_path = std::string(PGMDEV_BINARY_DIR) + "/devinfo_container_test.pcf";
+    // CTest runs tests in parallel: each test gets a file of its own.
+    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+    m_path = std::string(PGMDEV_BINARY_DIR) + "/devinfo_container_" + info->name() + ".pcf";
   }
   void TearDown() override {
     MSG_INTERNAL_ERROR::set_hook(m_previous);
