@@ -41,5 +41,7 @@ void register_device_command(CLI::App& app, Options& options);
 void register_name_commands(CLI::App& app, Options& options);
 void register_flash_commands(CLI::App& app, Options& options);
 void register_hps_commands(CLI::App& app, Options& options);
+void register_generate_commands(CLI::App& app, Options& options);
+void register_dump_command(CLI::App& app, Options& options);
 
 }  // namespace pgmdev::cli

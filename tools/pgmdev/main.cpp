@@ -81,6 +81,8 @@ int run(int argc, char** argv) {
   register_name_commands(app, options);
   register_flash_commands(app, options);
   register_hps_commands(app, options);
+  register_generate_commands(app, options);
+  register_dump_command(app, options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -1,0 +1,103 @@
+// End-to-end tests of `pgmdev generate` and `pgmdev dump`: the tool rebuilds the shipped
+// databases byte for byte, dumps them as JSON, and reports bad input as one line.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "cli_run.h"
+
+namespace {
+
+using nlohmann::json;
+using pgmdev::test::read_whole_file;
+using pgmdev::test::run_cli;
+namespace fs = std::filesystem;
+
+const fs::path SOURCE = PGMDEV_SOURCE_DIR;
+const fs::path SHARE = fs::path(PGMDEV_BINARY_DIR) / "share" / "pgmdev";
+
+class CliGenerate : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    m_dir = fs::temp_directory_path() / ("pgmdev_cli_gen_" + std::to_string(getpid()));
+    fs::remove_all(m_dir);
+    fs::create_directories(m_dir);
+  }
+  void TearDown() override { fs::remove_all(m_dir); }
+  fs::path m_dir;
+};
+
+TEST_F(CliGenerate, AllRebuildsTheShippedTreeByteForByte) {
+  const auto result =
+      run_cli({"generate", "all", "--data", (SOURCE / "data").string(), "--out", m_dir.string()});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  for (const char* file :
+       {"programmer/pgm_dev_info.pcf", "programmer/pgm_flash.pcf", "h/pgm_parts.txt"}) {
+    EXPECT_EQ(read_whole_file(m_dir / file), read_whole_file(SHARE / file)) << file;
+  }
+  // Families without a row are reported, and generation goes on.
+  EXPECT_NE(result.err.find("notice: Missing family"), std::string::npos);
+}
+
+TEST_F(CliGenerate, SingleGeneratorsAndTheirRefusals) {
+  const fs::path out = m_dir / "pgm_flash.pcf";
+  auto result =
+      run_cli({"generate", "flash", (SOURCE / "data/pgm_flash.csv").string(), out.string()});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(read_whole_file(out), read_whole_file(SHARE / "programmer/pgm_flash.pcf"));
+
+  // A table cut to its first columns: an internal error with its condition and module,
+  // and no file written.
+  std::ifstream in(SOURCE / "data/pgm_dev_info.csv");
+  std::ofstream bad(m_dir / "bad.csv");
+  for (std::string line; std::getline(in, line);) bad << line.substr(0, 100) << '\n';
+  bad.close();
+  result = run_cli(
+      {"generate", "device-info", (m_dir / "bad.csv").string(), (m_dir / "out.pcf").string()});
+  EXPECT_EQ(result.exit_code, 3);
+  EXPECT_EQ(result.err.rfind("pgmdev: internal error in pgm/pgmdev/pgmdev_dev_info_manager", 0), 0u)
+      << result.err;
+  EXPECT_FALSE(fs::exists(m_dir / "out.pcf"));
+
+  result = run_cli({"generate", "flash", (m_dir / "missing.csv").string(), out.string()});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "pgmdev: no source table at " + (m_dir / "missing.csv").string() + "\n");
+}
+
+TEST_F(CliGenerate, DumpShowsRecordsAndTables) {
+  auto result = run_cli({"dump", (SHARE / "programmer/pgm_dev_info.pcf").string()});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  json dump = json::parse(result.out);
+  EXPECT_EQ(dump["kind"], "device information");
+  ASSERT_EQ(dump["records"].size(), 78u);
+  EXPECT_EQ(dump["records"][0].size(), 86u);
+  EXPECT_EQ(dump["family_table"].size(), 73u);
+  EXPECT_EQ(dump["device_table"].size(), 991u);
+  // Every known part ends at a record.
+  for (size_t part = 1; part + 1 < dump["part_table"].size(); ++part) {
+    ASSERT_TRUE(dump["part_table"][part].is_number()) << part;
+  }
+
+  result = run_cli({"dump", (SHARE / "programmer/pgm_flash.pcf").string()});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  dump = json::parse(result.out);
+  EXPECT_EQ(dump["kind"], "serial flash");
+  EXPECT_EQ(dump["records"][0].size(), 33u);
+
+  // A truncated file fails the library's own load checks.
+  const std::string whole = read_whole_file(SHARE / "programmer/pgm_dev_info.pcf");
+  std::ofstream(m_dir / "cut.pcf", std::ios::binary) << whole.substr(0, 500);
+  result = run_cli({"dump", (m_dir / "cut.pcf").string()});
+  EXPECT_EQ(result.exit_code, 3);
+  EXPECT_NE(result.err.find("internal error in pgm/pgmdev/pgmdev_dev_info_manager"),
+            std::string::npos);
+
+  result = run_cli({"dump", (SOURCE / "CMakeLists.txt").string()});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.err.find("neither a device information nor a flash database"),
+            std::string::npos);
+}
+
+}  // namespace
