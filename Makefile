@@ -15,6 +15,9 @@ build: bootstrap
 test: build
 	@ctest --preset $(PRESET)
 
+demo: build
+	@./scripts/demo.sh build/$(PRESET)
+
 asan:
 	@$(MAKE) --no-print-directory test PRESET=asan
 
