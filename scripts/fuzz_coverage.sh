@@ -22,7 +22,7 @@ files_of() {
     flash_ini_convert) echo "$lib/pgmdev_flash_ini_convert.cpp" ;;
     flash_ini_roundtrip) echo "$lib/pgmdev_flash_ini_file.cpp $lib/pgmdev_flash_ini_codec.cpp $lib/pgmdev_file_replace.cpp" ;;
     grammar_payload) echo "$lib/pgmdev_grammar_parse.cpp $lib/pgmdev_naming_blob.cpp $lib/pgmdev_naming_db.cpp" ;;
-    opn_payload) echo "$lib/pgmdev_opn_parse.cpp $lib/pgmdev_naming_blob.cpp $lib/pgmdev_naming_db.cpp" ;;
+    opn_payload) echo "$lib/pgmdev_opn_parse.cpp $lib/pgmdev_naming_blob.cpp" ;;
     *) echo "" ;;
   esac
 }
