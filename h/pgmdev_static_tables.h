@@ -6,6 +6,7 @@
 #include <string>
 
 #include "pgm_types.h"
+#include "pgmdev_hps_mgr.h"
 
 // ---- Vocabularies of PGM_ENUM_TYPE (index = enumeration value; index 0 means "none") ----
 
@@ -336,34 +337,12 @@ inline const PGMDEV_ENCODED_MESSAGE PGMDEV_STATIC_ENCODED_MESSAGES_7[] = {
 };
 
 // Keys of a user NAND flash definition, in field order.
-inline const std::string PGMDEV_STATIC_HPS_NAND_KEYS[] = {
-    "manufacturer_id",
-    "device_id",
-    "flash_byte_size",
-};
+inline const std::string (&PGMDEV_STATIC_HPS_NAND_KEYS)[PGMDEV_HPS_NAND_PARAM_COUNT] =
+    PGMDEV_HPS_NAND_PARAM_KEYS;
 
-// Prompts shown when a user defines an HPS SPI flash, in field order.
-inline const std::string PGMDEV_STATIC_HPS_SPI_PROMPTS[] = {
-    "Silicon ID (hex) [Cannot be all 0's or all 1's]",
-    "Silicon ID Mask (hex) [FFFFFF/FFFFFFFF]",
-    "Extensive Silicon ID (hex)",
-    "Extensive Silicon Mask (hex) [0/FF]",
-    "Manufacturer",
-    "Device name",
-    "Memory Density [1 - 2048 Mbit]",
-    "Sector Size [1 - 1024 Kbyte]",
-    "Page BYTE size",
-    "Bulk Erase time [1 - 900 seconds]",
-    "Bulk erase time interval time [2 - 10 seconds]",
-    "Sector Erase Time [1 - 60 seconds]",
-    "Page Program Time [1000 - 1000000 microseconds]",
-    "Program time polling time [1 - 5 seconds]",
-    "Die size [1/2/4]",
-    "Speed Mode [Y/N]",
-    "Byte4 SE Opcode (hex) [1 - FE]",
-    "Byte4 PP Opcode (hex) [1 - FE]",
-    "Byte4 Read Opcode (hex) [1 - FE]",
-};
+// Prompts shown when a user defines an HPS SPI flash, in field order: the HPS list's own.
+inline const std::string (&PGMDEV_STATIC_HPS_SPI_PROMPTS)[PGMDEV_HPS_SPI_PARAM_COUNT] =
+    PGMDEV_HPS_SPI_PARAM_LABELS;
 
 // Flash vendor words, then flash type names.
 inline const std::string PGMDEV_STATIC_FLASH_VENDOR_TYPE_NAMES[] = {
