@@ -131,6 +131,19 @@ TEST(NamingBlob, EntryInvariantsAreFatal) {
   EXPECT_EQ(parse_grammar(grammar_payload(repeated)),
             "std::find(contents.begin(), contents.end(), content) == contents.end()");
 
+  // Names that share length, first and last eight bytes differ only in the middle: all
+  // distinct, while a repeat of any of them, short or long, is still caught.
+  const std::vector<std::string> alike = {"ABCDEFGH_1_ABCDEFGH", "ABCDEFGH_2_ABCDEFGH",
+                                          "ABCDEFGH_3_ABCDEFGH"};
+  repeated[1] = {{"K1", alike}};
+  EXPECT_EQ(parse_grammar(grammar_payload(repeated)), "");
+  for (const std::string& again : {alike[1], std::string("A")}) {
+    repeated[1] = {{"K1", {"A", "AB", "ABCDEFGH", "ABCDEFGHI", alike[0], alike[1], again}}};
+    EXPECT_EQ(parse_grammar(grammar_payload(repeated)),
+              "std::find(contents.begin(), contents.end(), content) == contents.end()")
+        << again;
+  }
+
   // A key followed directly by two zero bytes has no list.
   std::vector<BYTE> no_list = {'K', 0, 0, 0};
   EXPECT_EQ(parse_grammar(no_list), "contents.size()");
@@ -166,6 +179,17 @@ TEST(NamingBlob, SoftReportsLetParsingGoOn) {
                                       "index < data_size && data[index] == 0"}));
   EXPECT_TRUE(dropped.get_section(7)->empty());
   EXPECT_EQ(dropped.get_section(6)->size(), 1u);
+
+  // The same cut before trailer bytes that are not zero: the string still stops at the
+  // trailer, and with no zero there to end section 7 the section count falls short.
+  for (size_t i = blob.size() - 4; i < blob.size(); ++i) blob[i] = 'X';
+  PGMDEV_DDB_GRAMMAR_DB nonzero;
+  REPORT_RECORDER third;
+  EXPECT_THROW(pgmdev::parse_grammar_payload(blob.data(), DWORD(blob.size()), nonzero),
+               MSG_INTERNAL_ERROR_EXCEPTION);
+  std::vector<std::string> expected = second.conditions();
+  expected.push_back("pointer_index == DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)");
+  EXPECT_EQ(third.conditions(), expected);
 }
 
 TEST(NamingBlob, OpnTableChecks) {

@@ -8,7 +8,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "pgm_types.h"
@@ -68,12 +67,12 @@ struct PGMDEV_DDB_GRAMMAR_ENTRY {
   DWORD m_count;
 };
 
-// A cheap 32-bit summary of a string: equal strings have equal fingerprints, different
-// names of one list rarely share one.
-DWORD pgmdev_grammar_fingerprint(std::string_view text);
+// Zero bytes kept behind a grammar database's text, so that the parser may read whole
+// eight-byte words from the start of any string in it.
+constexpr size_t PGMDEV_DDB_GRAMMAR_TEXT_SLACK = 8;
 
 // One grammar section: an ordered map from key to list, kept as entries sorted by plain
-// byte-wise key comparison. The parser builds it through the add_ operations.
+// byte-wise key comparison.
 class PGMDEV_DDB_GRAMMAR_SECTION {
  public:
   const std::vector<PGMDEV_DDB_GRAMMAR_ENTRY>& entries() const { return m_entries; }
@@ -91,34 +90,15 @@ class PGMDEV_DDB_GRAMMAR_SECTION {
   // A copy of the list of `key`; empty when there is no such key.
   PGMDEV_DDB_GRAMMAR_LIST list_of(std::string_view key) const;
 
-  // Building, one entry at a time: the strings of the list being read, then the entry.
-  // Every string handed in lies in `text`, the database's text.
+  // Building (the parser): entries arrive one at a time, each pointing into `text`, the
+  // database's text; sort_entries() puts them in key order when they arrived otherwise.
   void set_text(const char* text) { m_text = text; }
-  void start_list();
-  // False when `text` is already in the list being read.
-  bool add_string(std::string_view text);
-  bool has_key(std::string_view key);
-  // Takes the strings read since start_list() as the list of `key`.
-  void add_entry(std::string_view key);
-  // Puts the entries in key order (blobs normally hold them so already).
-  void finish();
+  void add_entry(const PGMDEV_DDB_GRAMMAR_ENTRY& entry) { m_entries.push_back(entry); }
+  void sort_entries();
 
  protected:
-  bool key_less(const PGMDEV_DDB_GRAMMAR_ENTRY& a, const PGMDEV_DDB_GRAMMAR_ENTRY& b) const {
-    return key(a) < key(b);
-  }
-
   const char* m_text = nullptr;
   std::vector<PGMDEV_DDB_GRAMMAR_ENTRY> m_entries;
-  bool m_in_order = true;
-  static size_t seen_bit(DWORD print) { return (print * 0x9E3779B1u) >> 16; }
-
-  // Parse-time helpers: the current list with its strings' fingerprints and a bit per
-  // fingerprint hash seen in it, and the keys once they arrive out of order.
-  std::vector<std::string_view> m_list;
-  std::vector<DWORD> m_prints;
-  std::vector<bool> m_seen = std::vector<bool>(size_t(1) << 16);
-  std::unordered_set<std::string_view> m_keys;
 };
 
 // The eight grammar sections over one copy of the blob's text. Read-only once parsed; the
@@ -133,7 +113,8 @@ class PGMDEV_DDB_GRAMMAR_DB {
   // `section` must be below MAX.
   std::string_view find_key_of(DWORD section, std::string_view name) const;
 
-  // Takes a whole decompressed blob as the text the sections point into.
+  // Takes a whole decompressed blob as the text the sections point into, and puts the
+  // slack behind it.
   const BYTE* adopt_text(std::vector<BYTE>&& text);
 
  protected:
