@@ -20,19 +20,34 @@ class PROBE : public PGMDEV_FLASH_MANAGER {
   using PGMDEV_FLASH_MANAGER::gen_ini_password;
 };
 
-// Generates the shipped table into a private database folder, once.
-const std::string& database_file() {
-  static const std::string path = [] {
-    const std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("pgmdev_bench_flash_" + std::to_string(getpid()));
-    std::filesystem::create_directories(folder / "programmer");
-    cfg_set_value("PGMDEV_DEVICE_DB_DIR", folder.string());
-    const std::string file = (folder / "programmer" / "pgm_flash.pcf").string();
+// The shipped table generated into a private database folder, removed at exit.
+class DATABASE_FOLDER {
+ public:
+  DATABASE_FOLDER()
+      : m_folder(std::filesystem::temp_directory_path() /
+                 ("pgmdev_bench_flash_" + std::to_string(getpid()))),
+        m_file((m_folder / "programmer" / "pgm_flash.pcf").string()) {
+    std::filesystem::create_directories(m_folder / "programmer");
+    cfg_set_value("PGMDEV_DEVICE_DB_DIR", m_folder.string());
     PGMDEV_FLASH_MANAGER(false, 0, true)
-        .generate_flash_database(std::string(PGMDEV_SOURCE_DIR) + "/data/pgm_flash.csv", file);
-    return file;
-  }();
-  return path;
+        .generate_flash_database(std::string(PGMDEV_SOURCE_DIR) + "/data/pgm_flash.csv", m_file);
+  }
+  ~DATABASE_FOLDER() {
+    std::error_code ignored;
+    std::filesystem::remove_all(m_folder, ignored);
+  }
+  DATABASE_FOLDER(const DATABASE_FOLDER&) = delete;
+  DATABASE_FOLDER& operator=(const DATABASE_FOLDER&) = delete;
+  const std::string& file() const { return m_file; }
+
+ private:
+  std::filesystem::path m_folder;
+  std::string m_file;
+};
+
+const std::string& database_file() {
+  static const DATABASE_FOLDER folder;
+  return folder.file();
 }
 
 const std::string USER_TEXT =

@@ -153,7 +153,10 @@ BYTES flash_file_of(const std::string& table) {
   const fs::path output = dir / "pgmdev_seed_flash.pcf";
   std::ofstream(source, std::ios::binary) << table;
   FLASH_SEED_PROBE().generate_flash_database(FIO_PATH(source.string()), FIO_PATH(output.string()));
-  return read_file(output);
+  BYTES file = read_file(output);
+  fs::remove(source);
+  fs::remove(output);
+  return file;
 }
 
 BYTES flash_body_of(const BYTES& file) { return pgmdev::inflate_body(file, "seeds"); }
@@ -280,7 +283,10 @@ BYTES dev_info_file() {
   std::ofstream(source, std::ios::binary) << dev_info_table();
   DEV_INFO_SEED_PROBE().generate_device_database(FIO_PATH(source.string()),
                                                  FIO_PATH(output.string()));
-  return read_file(output);
+  BYTES file = read_file(output);
+  cfg_unset_value("PGMDEV_INSTALL_DIR");
+  fs::remove_all(dir);
+  return file;
 }
 
 SEEDS dev_info_file_seeds() {

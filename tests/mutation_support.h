@@ -42,14 +42,28 @@ inline void write_bytes(const fs::path& path, const BYTES& bytes) {
       .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
 }
 
-// A private scratch folder per test process.
+// A private scratch folder per test process, removed when the process ends.
+class SCRATCH_DIR {
+ public:
+  SCRATCH_DIR()
+      : m_path(fs::temp_directory_path() / ("pgmdev_mutation_" + std::to_string(::getpid()))) {
+    fs::create_directories(m_path);
+  }
+  ~SCRATCH_DIR() {
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
+  }
+  SCRATCH_DIR(const SCRATCH_DIR&) = delete;
+  SCRATCH_DIR& operator=(const SCRATCH_DIR&) = delete;
+  const fs::path& path() const { return m_path; }
+
+ private:
+  fs::path m_path;
+};
+
 inline fs::path scratch_dir() {
-  static const fs::path dir = [] {
-    fs::path path = fs::temp_directory_path() / ("pgmdev_mutation_" + std::to_string(::getpid()));
-    fs::create_directories(path);
-    return path;
-  }();
-  return dir;
+  static const SCRATCH_DIR dir;
+  return dir.path();
 }
 
 // About 1% of the bytes (at least one) replaced by random values.
