@@ -1,10 +1,6 @@
 // Fuzz target: the grammar blob's payload parser, behind a valid magic and CRC trailer, and
 // the blob door itself (inflate, length, magic, trailer).
-#include <cstring>
-#include <memory>
-
 #include "fuzz_naming.h"
-#include "fuzz_support.h"
 #include "pgmdev_naming_db.h"
 
 namespace {
@@ -31,22 +27,11 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
   return 0;
 }
 
-// Input: one mode byte, then the payload (modes 0, 1) or a whole inflated blob (modes 2, 3).
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  pgmdev_fuzz::INPUT input(data, size);
-  const int mode = input.byte() % 4;
-  std::vector<BYTE> blob = input.rest();
-  if (mode < 2) blob = pgmdev_fuzz::seal_blob(blob);
-  if (mode == 2) pgmdev_fuzz::fix_trailer(blob);
-  return pgmdev_fuzz::guarded([&] {
-    std::unique_ptr<PGMDEV_DDB_GRAMMAR_DB> db;
-    if (mode == 0) {
-      db = std::make_unique<PGMDEV_DDB_GRAMMAR_DB>();
-      pgmdev::parse_grammar_payload(blob.data(), DWORD(blob.size()), *db);
-    } else {
-      const std::vector<BYTE> compressed = pgmdev_fuzz::deflate(blob);
-      db = pgmdev::open_grammar_db(compressed.data(), DWORD(compressed.size()), DWORD(blob.size()));
-    }
-    look_up(*db);
-  });
+  return pgmdev_fuzz::run_blob_input<PGMDEV_DDB_GRAMMAR_DB>(
+      data, size,
+      [](const BYTE* blob, DWORD blob_size, PGMDEV_DDB_GRAMMAR_DB& db) {
+        pgmdev::parse_grammar_payload(blob, blob_size, db);
+      },
+      pgmdev::open_grammar_db, look_up);
 }

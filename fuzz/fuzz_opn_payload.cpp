@@ -1,9 +1,8 @@
 // Fuzz target: the OPN blob's payload parser (count and variable-length part numbers), behind
 // a valid magic and CRC trailer, and the blob door itself.
-#include <memory>
+#include <cstdlib>
 
 #include "fuzz_naming.h"
-#include "fuzz_support.h"
 #include "pgmdev_naming_db.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -11,27 +10,19 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
   return 0;
 }
 
-// Input: one mode byte, then the payload (modes 0, 1) or a whole inflated blob (modes 2, 3).
+namespace {
+
+// The slot index over whatever was parsed must agree with a plain walk.
+void check_slot_index(const PGMDEV_DDB_OPN_DB& db) {
+  if (db.m_slots.empty()) return;
+  const DWORD part = db.m_slots.back();
+  const DWORD slot = db.find_slot_of(part);
+  if (slot >= db.m_slots.size() || db.m_slots[slot] != part) std::abort();
+}
+
+}  // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  pgmdev_fuzz::INPUT input(data, size);
-  const int mode = input.byte() % 4;
-  std::vector<BYTE> blob = input.rest();
-  if (mode < 2) blob = pgmdev_fuzz::seal_blob(blob);
-  if (mode == 2) pgmdev_fuzz::fix_trailer(blob);
-  return pgmdev_fuzz::guarded([&] {
-    std::unique_ptr<PGMDEV_DDB_OPN_DB> db;
-    if (mode == 0) {
-      db = std::make_unique<PGMDEV_DDB_OPN_DB>();
-      pgmdev::parse_opn_payload(blob.data(), DWORD(blob.size()), *db);
-    } else {
-      const std::vector<BYTE> compressed = pgmdev_fuzz::deflate(blob);
-      db = pgmdev::open_opn_db(compressed.data(), DWORD(compressed.size()), DWORD(blob.size()));
-    }
-    // The slot index over whatever was parsed must agree with a plain walk.
-    if (!db->m_slots.empty()) {
-      const DWORD part = db->m_slots.back();
-      const DWORD slot = db->find_slot_of(part);
-      if (slot >= db->m_slots.size() || db->m_slots[slot] != part) std::abort();
-    }
-  });
+  return pgmdev_fuzz::run_blob_input<PGMDEV_DDB_OPN_DB>(data, size, pgmdev::parse_opn_payload,
+                                                        pgmdev::open_opn_db, check_slot_index);
 }

@@ -234,7 +234,7 @@ SEEDS grammar_payload_seeds() {
   return {
       {"payload_small", cat({{0}, payload})},
       {"payload_tiny_door", cat({{1}, grammar_payload(1, 1)})},
-      {"blob_small", cat({{3}, pgmdev_fuzz::seal_blob(payload)})},
+      {"blob_small", cat({{3}, pgmdev::seal_naming_blob(payload)})},
   };
 }
 
@@ -254,7 +254,7 @@ SEEDS opn_payload_seeds() {
       {"payload_head", cat({{0}, opn_payload(400)})},
       {"payload_small", cat({{0}, small})},
       {"payload_small_door", cat({{1}, small})},
-      {"blob_small", cat({{3}, pgmdev_fuzz::seal_blob(small)})},
+      {"blob_small", cat({{3}, pgmdev::seal_naming_blob(small)})},
   };
 }
 
