@@ -80,6 +80,11 @@ class Rng:
             picked.append(pool.pop(self.below(len(pool))))
         return sorted(picked, key=items.index)
 
+    def shuffle(self, items):
+        for i in range(len(items) - 1, 0, -1):
+            j = self.below(i + 1)
+            items[i], items[j] = items[j], items[i]
+
 
 def allocate(rng, total, caps):
     """Splits `total` over len(caps) slots, each 1..cap, summing exactly to `total`."""

@@ -9,6 +9,7 @@ The file format is described in data/naming/README.md.
 """
 
 import csv
+import importlib.util
 import os
 import re
 import sys
@@ -34,26 +35,16 @@ NAME_RE = re.compile(r"^[A-Z0-9_]{1,37}$")
 PART_NAME_RE = re.compile(r"^[A-Z0-9_-]{1,37}$")
 
 
-class Rng:
-    """splitmix64, as the catalogue generator uses."""
+def load_rng():
+    """The catalogue generator's splitmix64 stream, so both generators draw alike."""
+    path = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "catalog", "generate.py")
+    spec = importlib.util.spec_from_file_location("catalog_generate", path)
+    module = importlib.util.module_from_spec(spec)
+    spec.loader.exec_module(module)
+    return module.Rng
 
-    def __init__(self, seed):
-        self.state = seed & 0xFFFFFFFFFFFFFFFF
 
-    def next64(self):
-        self.state = (self.state + 0x9E3779B97F4A7C15) & 0xFFFFFFFFFFFFFFFF
-        z = self.state
-        z = ((z ^ (z >> 30)) * 0xBF58476D1CE4E5B9) & 0xFFFFFFFFFFFFFFFF
-        z = ((z ^ (z >> 27)) * 0x94D049BB133111EB) & 0xFFFFFFFFFFFFFFFF
-        return z ^ (z >> 31)
-
-    def below(self, n):
-        return self.next64() % n
-
-    def shuffle(self, items):
-        for i in range(len(items) - 1, 0, -1):
-            j = self.below(i + 1)
-            items[i], items[j] = items[j], items[i]
+Rng = load_rng()
 
 
 def read_csv(path):
