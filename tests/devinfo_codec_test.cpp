@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "internal_error_support.h"
 #include "pgm_msg.h"
 #include "pgmdev_check.h"
 #include "pgmdev_db_codec.h"
@@ -16,24 +17,12 @@ using pgmdev::DB_WRITER;
 using pgmdev::MODULE_DEV_INFO;
 using pgmdev::MODULE_FLASH_MANAGER;
 
-// Runs `action` and returns the condition text of the internal error it raised ("" if none).
-std::string internal_error_of(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
-    return error.condition();
-  }
-  return "";
-}
+using test_support::internal_error_of;
 
 // Keeps the expected reports of these tests off stderr.
 class CodecTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    m_previous = MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
-  }
-  void TearDown() override { MSG_INTERNAL_ERROR::set_hook(m_previous); }
-  MSG_INTERNAL_ERROR::HOOK m_previous;
+  const test_support::SILENCED_REPORTS m_silence;
 };
 
 std::vector<BYTE> bytes_of(const DB_WRITER& writer) {

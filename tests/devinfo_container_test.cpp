@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "internal_error_support.h"
 #include "pgm_msg.h"
 #include "pgmdev_check.h"
 #include "pgmdev_db_container.h"
@@ -18,27 +19,16 @@ using namespace pgmdev;
 const char* const EXISTS_TEXT = "exists";
 const std::string DIGEST = "0123456789abcdef0123456789abcdef";
 
-std::string internal_error_of(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
-    return error.condition();
-  }
-  return "";
-}
+using test_support::internal_error_of;
 
 class ContainerTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    m_previous = MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
     // CTest runs tests in parallel: each test gets a file of its own.
     const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
     m_path = std::string(PGMDEV_BINARY_DIR) + "/devinfo_container_" + info->name() + ".pcf";
   }
-  void TearDown() override {
-    MSG_INTERNAL_ERROR::set_hook(m_previous);
-    std::remove(m_path.c_str());
-  }
+  void TearDown() override { std::remove(m_path.c_str()); }
   void write_raw(const std::vector<BYTE>& bytes) {
     std::ofstream(m_path, std::ios::binary)
         .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
@@ -54,7 +44,7 @@ class ContainerTest : public ::testing::Test {
     writer.dump_bytes(body.data(), DWORD(body.size()));
     return writer.data();
   }
-  MSG_INTERNAL_ERROR::HOOK m_previous;
+  const test_support::SILENCED_REPORTS m_silence;
   std::string m_path;
 };
 

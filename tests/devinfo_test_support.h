@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "internal_error_support.h"
 #include "pgm_cfg.h"
 #include "pgm_common.h"
 #include "pgm_msg.h"
@@ -59,15 +60,7 @@ inline std::string join_cells(const std::vector<std::string>& cells) {
   return line;
 }
 
-// Runs `action` and returns the condition text of the internal error it raised ("" if none).
-inline std::string internal_error_of(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
-    return error.condition();
-  }
-  return "";
-}
+using test_support::internal_error_of;
 
 // Reaches the manager's protected state.
 class PROBE : public PGMDEV_DEV_INFO_MANAGER {

@@ -1,6 +1,10 @@
 // Flash INI parameter formatting, plain and checked text-to-number conversions, printing.
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <string>
+
+#include "internal_error_support.h"
 #include "pgmdev_flash_ini.h"
 #include "platform.h"
 
@@ -8,19 +12,11 @@ namespace {
 
 using FI = PGMDEV_FLASH_INI;
 
-// The condition text of the internal error `action` raises, or "" when none.
-template <typename ACTION>
-std::string internal_error_of(ACTION action) {
-  const auto previous = MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
-  std::string condition;
-  try {
-    action();
-  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
-    condition = error.condition();
-    EXPECT_EQ(error.source_file(), "pgm/pgmdev/pgmdev_flash_ini");
-  }
-  MSG_INTERNAL_ERROR::set_hook(previous);
-  return condition;
+// The condition text of the internal error `action` raises in the flash INI module, or ""
+// when none.
+std::string internal_error_of(const std::function<void()>& action) {
+  const test_support::SILENCED_REPORTS silence;
+  return test_support::internal_error_of(action, "pgm/pgmdev/pgmdev_flash_ini");
 }
 
 struct CHECKED {

@@ -216,10 +216,9 @@ TEST(FlashIniCodec, DecodingStopsAtTheEndOfTheBlock) {
   const PGMDEV_PARAM_TYPE unknown = static_cast<PGMDEV_PARAM_TYPE>(7);
   index = 0;
   EXPECT_FALSE(FI::assign_flash_ini_data(five, index, 5, 1, &unknown, &d_target));
-  const auto previous = MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
+  const test_support::SILENCED_REPORTS silence;
   DWORD size = 0;
   EXPECT_THROW(FI::calculate_flash_ini_data_size(size, unknown, &d), MSG_INTERNAL_ERROR_EXCEPTION);
-  MSG_INTERNAL_ERROR::set_hook(previous);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "internal_error_support.h"
 #include "pgmdev_flash_ini.h"
 #include "platform.h"
 
@@ -90,10 +91,8 @@ class FlashIniFolder : public ::testing::Test {
     ASSERT_FALSE(m_folder.empty());
     cfg_set_value("PGMDEV_MODULE_DIR", m_folder);
     m_path = m_folder + "/pgm_flash.ini";
-    m_previous_hook = MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
   }
   void TearDown() override {
-    MSG_INTERNAL_ERROR::set_hook(m_previous_hook);
     cfg_unset_value("PGMDEV_MODULE_DIR");
     std::error_code ignored;
     std::filesystem::remove_all(m_folder, ignored);
@@ -101,7 +100,7 @@ class FlashIniFolder : public ::testing::Test {
 
   std::string m_folder;
   std::string m_path;
-  MSG_INTERNAL_ERROR::HOOK m_previous_hook;
+  const test_support::SILENCED_REPORTS m_silence;
 };
 
 }  // namespace flash_ini_test

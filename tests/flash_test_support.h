@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "internal_error_support.h"
 #include "pgm_cfg.h"
 #include "pgm_msg.h"
 #include "pgm_text.h"
@@ -31,15 +32,10 @@ class PROBE : public PGMDEV_FLASH_MANAGER {
   using PGMDEV_FLASH_MANAGER::gen_ini_password;
 };
 
-// The condition text of the internal error `action` raises, or "" when it raises none.
+// The condition text of the internal error `action` raises in the flash manager, or "" when
+// it raises none.
 inline std::string internal_error_of(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
-    EXPECT_EQ(error.source_file(), "pgm/pgmdev/pgmdev_flash_manager");
-    return error.condition();
-  }
-  return "";
+  return test_support::internal_error_of(action, "pgm/pgmdev/pgmdev_flash_manager");
 }
 
 inline std::string joined(const std::vector<std::string>& cells, char separator = ',') {
@@ -78,7 +74,6 @@ inline std::string record(const std::string& name, const std::string& id,
 class FlashTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    m_previous = MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
     m_folder = fs::temp_directory_path() /
                ("pgmdev_flash_" + std::to_string(getpid()) + "_" +
                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
@@ -86,7 +81,6 @@ class FlashTest : public ::testing::Test {
     cfg_set_value("PGMDEV_DEVICE_DB_DIR", m_folder.string());
   }
   void TearDown() override {
-    MSG_INTERNAL_ERROR::set_hook(m_previous);
     cfg_clear_overrides();
     fs::remove_all(m_folder);
   }
@@ -109,7 +103,7 @@ class FlashTest : public ::testing::Test {
   }
 
   fs::path m_folder;
-  MSG_INTERNAL_ERROR::HOOK m_previous;
+  const test_support::SILENCED_REPORTS m_silence;
 };
 
 // Identifier bytes as a programmer reads them, from "EF4018".

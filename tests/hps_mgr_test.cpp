@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "internal_error_support.h"
 #include "pgmdev_hps_mgr.h"
 #include "pgmdev_hps_table_data.h"
 #include "platform.h"
@@ -53,9 +54,8 @@ TEST(HpsTable, RowsMatchTheDocumentedWordLayout) {
     EXPECT_EQ(table[row].word(0), table[row].dap_idcode);
   }
   EXPECT_NE(std::memcmp(&table[0], &table[1], sizeof(PGMDEV_HPS_STRUCTURE)), 0);
-  const auto previous = MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
+  const test_support::SILENCED_REPORTS silence;
   EXPECT_THROW(table[0].word(PGMDEV_HPS_STRUCTURE::WORD_COUNT), MSG_INTERNAL_ERROR_EXCEPTION);
-  MSG_INTERNAL_ERROR::set_hook(previous);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "internal_error_support.h"
 #include "pgm_msg.h"
 #include "pgm_zlib.h"
 #include "pgmdev_naming_codec.h"
@@ -38,15 +39,8 @@ class REPORT_RECORDER {
 // checks the report's category and module.
 inline std::string fatal_text(const std::function<void()>& action,
                               const std::string& module = "pgm/pgmdev/pgmdev_ddb_mgr") {
-  REPORT_RECORDER silence;
-  try {
-    action();
-  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
-    EXPECT_EQ(error.category(), "PGMDEV");
-    EXPECT_EQ(error.source_file(), module);
-    return error.condition();
-  }
-  return "";
+  const test_support::SILENCED_REPORTS silence;
+  return test_support::internal_error_of(action, module);
 }
 
 inline std::vector<BYTE> compress(const std::vector<BYTE>& blob) {
