@@ -38,9 +38,9 @@ PART_NAME_RE = re.compile(r"^[A-Z0-9_-]{1,37}$")
 def load_rng():
     """The catalogue generator's splitmix64 stream, so both generators draw alike."""
     path = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "catalog", "generate.py")
-    spec = importlib.util.spec_from_file_location("catalog_generate", path)
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
+    found = importlib.util.spec_from_file_location("catalog_generate", path)
+    module = importlib.util.module_from_spec(found)
+    found.loader.exec_module(module)
     return module.Rng
 
 
