@@ -5,6 +5,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -14,6 +15,7 @@
 
 #include "internal_error_support.h"
 #include "pgmdev_flash_ini.h"
+#include "pgmdev_hps_mgr.h"
 #include "platform.h"
 
 namespace flash_ini_test {
@@ -58,6 +60,38 @@ inline BYTES make_file(const std::vector<std::pair<DWORD, DWORD>>& table, const 
   }
   bytes.insert(bytes.end(), data.begin(), data.end());
   return bytes;
+}
+
+// A user section: the signature, then every record encoded through its params.
+template <typename RECORD>
+BYTES make_section(const char* signature, const std::vector<RECORD>& records, DWORD count,
+                   const PGMDEV_PARAM_TYPE* types) {
+  DWORD size = PGMDEV_HPS_SIGNATURE_SIZE;
+  for (const RECORD& r : records) {
+    for (DWORD i = 0; i < count; ++i)
+      PGMDEV_FLASH_INI::calculate_flash_ini_data_size(size, types[i], r.params[i]);
+  }
+  BYTES section(size, 0);
+  std::memcpy(section.data(), signature, PGMDEV_HPS_SIGNATURE_SIZE);
+  DWORD index = PGMDEV_HPS_SIGNATURE_SIZE;
+  for (const RECORD& r : records) {
+    for (DWORD i = 0; i < count; ++i)
+      PGMDEV_FLASH_INI::fillup_flash_ini_data(section.data(), index, types[i], r.params[i]);
+  }
+  return section;
+}
+
+// A file image holding `sections` in order, each named in the table with its offset and size.
+inline BYTES make_file_of(const std::vector<BYTES>& sections) {
+  std::vector<std::pair<DWORD, DWORD>> table;
+  DWORD offset = DWORD(16 + 4 + 8 * sections.size());
+  BYTES data;
+  for (const BYTES& section : sections) {
+    table.emplace_back(offset, DWORD(section.size()));
+    offset += DWORD(section.size());
+    data.insert(data.end(), section.begin(), section.end());
+  }
+  return make_file(table, data);
 }
 
 // The section as read_flash_ini_data returns it; `present` false when it returned null.

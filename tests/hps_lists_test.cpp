@@ -9,25 +9,6 @@ namespace {
 using namespace flash_ini_test;
 using FI = PGMDEV_FLASH_INI;
 
-// A user section: the signature, then every record encoded through its params.
-template <typename RECORD>
-BYTES make_section(const char* signature, const std::vector<RECORD>& records, DWORD count,
-                   const PGMDEV_PARAM_TYPE* types) {
-  DWORD size = PGMDEV_HPS_SIGNATURE_SIZE;
-  for (const RECORD& r : records) {
-    for (DWORD i = 0; i < count; ++i)
-      FI::calculate_flash_ini_data_size(size, types[i], r.params[i]);
-  }
-  BYTES section(size, 0);
-  std::memcpy(section.data(), signature, PGMDEV_HPS_SIGNATURE_SIZE);
-  DWORD index = PGMDEV_HPS_SIGNATURE_SIZE;
-  for (const RECORD& r : records) {
-    for (DWORD i = 0; i < count; ++i)
-      FI::fillup_flash_ini_data(section.data(), index, types[i], r.params[i]);
-  }
-  return section;
-}
-
 BYTES spi_section(const std::vector<PGMDEV_HPS_SPI_STRUCTURE>& records) {
   return make_section(PGMDEV_HPS_SPI_SIGNATURE, records, PGMDEV_HPS_SPI_PARAM_COUNT,
                       PGMDEV_HPS_SPI_PARAM_TYPES);

@@ -2,6 +2,7 @@
 // definition value.
 #include <memory>
 
+#include "flash_ini_test_support.h"
 #include "mutation_support.h"
 #include "pgm_cfg.h"
 #include "pgmdev_flash_ini.h"
@@ -13,48 +14,15 @@ namespace {
 
 using mutation::BYTES;
 
-void append_le32(BYTES& out, DWORD value) {
-  for (int shift = 0; shift < 32; shift += 8) out.push_back(BYTE(value >> shift));
-}
-
-template <typename RECORD>
-BYTES section_of(const char* signature, const std::vector<RECORD>& records, DWORD count,
-                 const PGMDEV_PARAM_TYPE* types) {
-  BYTES out(signature, signature + PGMDEV_HPS_SIGNATURE_SIZE);
-  for (RECORD record : records) {
-    DWORD size = 0;
-    for (DWORD i = 0; i < count; ++i) {
-      PGMDEV_FLASH_INI::calculate_flash_ini_data_size(size, types[i], record.params[i]);
-    }
-    BYTES buffer(size, 0);
-    DWORD index = 0;
-    for (DWORD i = 0; i < count; ++i) {
-      PGMDEV_FLASH_INI::fillup_flash_ini_data(buffer.data(), index, types[i], record.params[i]);
-    }
-    out.insert(out.end(), buffer.begin(), buffer.end());
-  }
-  return out;
-}
-
 // A data file holding every built-in HPS definition as a user definition.
 BYTES flash_ini_file() {
-  const std::vector<BYTES> sections = {
-      BYTES(8, 0x5A),
-      section_of(PGMDEV_HPS_SPI_SIGNATURE, pgmdev::builtin_hps_spi_list(),
-                 PGMDEV_HPS_SPI_PARAM_COUNT, PGMDEV_HPS_SPI_PARAM_TYPES),
-      section_of(PGMDEV_HPS_NAND_SIGNATURE, pgmdev::builtin_hps_nand_list(),
-                 PGMDEV_HPS_NAND_PARAM_COUNT, PGMDEV_HPS_NAND_PARAM_TYPES)};
-  const std::string magic = "PGMDEV_FLASH_INI";
-  BYTES file(magic.begin(), magic.end());
-  append_le32(file, 3);
-  DWORD offset = 44;
-  for (const BYTES& section : sections) {
-    append_le32(file, offset);
-    append_le32(file, DWORD(section.size()));
-    offset += DWORD(section.size());
-  }
-  for (const BYTES& section : sections) file.insert(file.end(), section.begin(), section.end());
-  return file;
+  using flash_ini_test::make_section;
+  return flash_ini_test::make_file_of(
+      {BYTES(8, 0x5A),
+       make_section(PGMDEV_HPS_SPI_SIGNATURE, pgmdev::builtin_hps_spi_list(),
+                    PGMDEV_HPS_SPI_PARAM_COUNT, PGMDEV_HPS_SPI_PARAM_TYPES),
+       make_section(PGMDEV_HPS_NAND_SIGNATURE, pgmdev::builtin_hps_nand_list(),
+                    PGMDEV_HPS_NAND_PARAM_COUNT, PGMDEV_HPS_NAND_PARAM_TYPES)});
 }
 
 class USER_FLASH_PROBE : public PGMDEV_FLASH_MANAGER {
