@@ -7,8 +7,8 @@
 #include <string>
 
 #include "pgm_cfg.h"
-#include "pgmdev_check.h"
-#include "pgmdev_db_container.h"
+#include "base/pgmdev_check.h"
+#include "codec/pgmdev_db_container.h"
 #include "pgmdev_flash_manager.h"
 
 namespace {

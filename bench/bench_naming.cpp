@@ -7,12 +7,12 @@
 
 #include "pgm_cfg.h"
 #include "pgm_zlib.h"
-#include "pgmddb_naming_data.h"
+#include "naming/pgmddb_naming_data.h"
 #include "pgmdev_ddb_mgr.h"
-#include "pgmdev_grammar_lookup.h"
+#include "naming/pgmdev_grammar_lookup.h"
 #include "pgmdev_mgr.h"
-#include "pgmdev_naming_codec.h"
-#include "pgmdev_naming_db.h"
+#include "naming/pgmdev_naming_codec.h"
+#include "naming/pgmdev_naming_db.h"
 
 namespace {
 

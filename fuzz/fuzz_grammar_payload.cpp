@@ -1,7 +1,7 @@
 // Fuzz target: the grammar blob's payload parser, behind a valid magic and CRC trailer, and
 // the blob door itself (inflate, length, magic, trailer).
 #include "fuzz_naming.h"
-#include "pgmdev_naming_db.h"
+#include "naming/pgmdev_naming_db.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "fuzz_support.h"
 #include "pgm_types.h"
 #include "pgm_zlib.h"
-#include "pgmdev_naming_codec.h"
+#include "naming/pgmdev_naming_codec.h"
 
 namespace pgmdev_fuzz {
 

@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 #include "fuzz_naming.h"
-#include "pgmdev_naming_db.h"
+#include "naming/pgmdev_naming_db.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
   pgmdev_fuzz::quiet();

@@ -15,8 +15,8 @@
 #include "pgm_common.h"
 #include "pgm_msg.h"
 #include "pgm_types.h"
-#include "pgmdev_db_codec.h"
-#include "pgmdev_db_container.h"
+#include "codec/pgmdev_db_codec.h"
+#include "codec/pgmdev_db_container.h"
 
 namespace pgmdev_fuzz {
 

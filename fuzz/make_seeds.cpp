@@ -15,12 +15,12 @@
 #include "fuzz_naming.h"
 #include "pgm_cfg.h"
 #include "pgm_text.h"
-#include "pgmdev_db_container.h"
+#include "codec/pgmdev_db_container.h"
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_flash_manager.h"
-#include "pgmdev_hps_builtin.h"
+#include "hps/pgmdev_hps_builtin.h"
 #include "pgmdev_hps_mgr.h"
-#include "pgmdev_naming_db.h"
+#include "naming/pgmdev_naming_db.h"
 
 namespace {
 

@@ -13,16 +13,16 @@ COV=${LLVM_COV:-llvm-cov-14}
 files_of() {
   local lib=pgm/pgmdev
   case "$1" in
-    dev_info_file) echo "$lib/pgmdev_dev_info_manager.cpp $lib/pgmdev_dev_info_lookup.cpp $lib/pgmdev_db_codec.cpp $lib/pgmdev_db_container.cpp" ;;
-    dev_info_csv) echo "$lib/pgmdev_dev_info_generator.cpp" ;;
-    flash_file) echo "$lib/pgmdev_flash_manager.cpp $lib/pgmdev_flash_queries.cpp $lib/pgmdev_db_codec.cpp $lib/pgmdev_db_container.cpp" ;;
-    flash_csv) echo "$lib/pgmdev_flash_generator.cpp" ;;
-    flash_user_ini) echo "$lib/pgmdev_flash_user_codec.cpp $lib/pgmdev_flash_user_def.cpp" ;;
-    flash_ini_file) echo "$lib/pgmdev_flash_ini_file.cpp $lib/pgmdev_flash_ini_codec.cpp $lib/pgmdev_hps_lists.cpp $lib/pgmdev_hps_user_section.h" ;;
-    flash_ini_convert) echo "$lib/pgmdev_flash_ini_convert.cpp" ;;
-    flash_ini_roundtrip) echo "$lib/pgmdev_flash_ini_file.cpp $lib/pgmdev_flash_ini_codec.cpp $lib/pgmdev_file_replace.cpp" ;;
-    grammar_payload) echo "$lib/pgmdev_grammar_parse.cpp $lib/pgmdev_naming_blob.cpp $lib/pgmdev_naming_db.cpp" ;;
-    opn_payload) echo "$lib/pgmdev_opn_parse.cpp $lib/pgmdev_naming_blob.cpp" ;;
+    dev_info_file) echo "$lib/dev_info/pgmdev_dev_info_manager.cpp $lib/dev_info/pgmdev_dev_info_lookup.cpp $lib/codec/pgmdev_db_codec.cpp $lib/codec/pgmdev_db_container.cpp" ;;
+    dev_info_csv) echo "$lib/dev_info/pgmdev_dev_info_generator.cpp" ;;
+    flash_file) echo "$lib/flash/pgmdev_flash_manager.cpp $lib/flash/pgmdev_flash_queries.cpp $lib/codec/pgmdev_db_codec.cpp $lib/codec/pgmdev_db_container.cpp" ;;
+    flash_csv) echo "$lib/flash/pgmdev_flash_generator.cpp" ;;
+    flash_user_ini) echo "$lib/flash/pgmdev_flash_user_codec.cpp $lib/flash/pgmdev_flash_user_def.cpp" ;;
+    flash_ini_file) echo "$lib/flash_ini/pgmdev_flash_ini_file.cpp $lib/flash_ini/pgmdev_flash_ini_codec.cpp $lib/hps/pgmdev_hps_lists.cpp $lib/hps/pgmdev_hps_user_section.h" ;;
+    flash_ini_convert) echo "$lib/flash_ini/pgmdev_flash_ini_convert.cpp" ;;
+    flash_ini_roundtrip) echo "$lib/flash_ini/pgmdev_flash_ini_file.cpp $lib/flash_ini/pgmdev_flash_ini_codec.cpp $lib/base/pgmdev_file_replace.cpp" ;;
+    grammar_payload) echo "$lib/naming/pgmdev_grammar_parse.cpp $lib/naming/pgmdev_naming_blob.cpp $lib/naming/pgmdev_naming_db.cpp" ;;
+    opn_payload) echo "$lib/naming/pgmdev_opn_parse.cpp $lib/naming/pgmdev_naming_blob.cpp" ;;
     *) echo "" ;;
   esac
 }

@@ -7,8 +7,8 @@
 
 #include "internal_error_support.h"
 #include "pgm_msg.h"
-#include "pgmdev_check.h"
-#include "pgmdev_db_codec.h"
+#include "base/pgmdev_check.h"
+#include "codec/pgmdev_db_codec.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 
 #include "internal_error_support.h"
 #include "pgm_msg.h"
-#include "pgmdev_check.h"
-#include "pgmdev_db_container.h"
+#include "base/pgmdev_check.h"
+#include "codec/pgmdev_db_container.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ class ContainerTest : public ::testing::Test {
   void SetUp() override {
     // CTest runs tests in parallel: each test gets a file of its own.
     const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    m_path = std::string(PGMDEV_BINARY_DIR) + "/devinfo_container_" + info->name() + ".pcf";
+    m_path = std::string(PGMDEV_BINARY_DIR) + "/dev_info_container_" + info->name() + ".pcf";
   }
   void TearDown() override { std::remove(m_path.c_str()); }
   void write_raw(const std::vector<BYTE>& bytes) {

@@ -1,12 +1,12 @@
 // Device information generation: round trip of the shipped table, fallbacks, table validation.
 #include <map>
 
-#include "devinfo_test_support.h"
+#include "dev_info_test_support.h"
 #include "pgm_dev_catalog.h"
 
 namespace {
 
-using namespace devinfo_test;
+using namespace dev_info_test;
 
 // Compares one field with its source cell, enumeration names resolved.
 struct CELL_CHECK {

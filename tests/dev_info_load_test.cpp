@@ -1,10 +1,10 @@
 // Device information load: every validation step, and damaged files ending in a clean error.
-#include "devinfo_test_support.h"
+#include "dev_info_test_support.h"
 #include "pgm_dev_catalog.h"
 
 namespace {
 
-using namespace devinfo_test;
+using namespace dev_info_test;
 
 class DevInfoLoadTest : public DEV_INFO_TEST {
  protected:

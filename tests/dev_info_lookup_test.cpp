@@ -1,12 +1,12 @@
 // Device information look-ups, copies, the parts list and the debug listings.
 #include <stdexcept>
 
-#include "devinfo_test_support.h"
+#include "dev_info_test_support.h"
 #include "pgm_dev_catalog.h"
 
 namespace {
 
-using namespace devinfo_test;
+using namespace dev_info_test;
 
 class DevInfoLookupTest : public DEV_INFO_TEST {
  protected:

@@ -16,11 +16,11 @@
 #include "pgm_msg.h"
 #include "pgm_text.h"
 #include "pgmdev_build_config.h"
-#include "pgmdev_check.h"
-#include "pgmdev_db_container.h"
+#include "base/pgmdev_check.h"
+#include "codec/pgmdev_db_container.h"
 #include "pgmdev_dev_info_manager.h"
 
-namespace devinfo_test {
+namespace dev_info_test {
 
 namespace fs = std::filesystem;
 
@@ -96,7 +96,7 @@ class DEV_INFO_TEST : public ::testing::Test {
  protected:
   void SetUp() override {
     const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    m_dir = std::string(PGMDEV_BINARY_DIR) + "/devinfo_test/" + info->test_suite_name() + "." +
+    m_dir = std::string(PGMDEV_BINARY_DIR) + "/dev_info_test/" + info->test_suite_name() + "." +
             info->name();
     fs::remove_all(m_dir);
     fs::create_directories(m_dir + "/h");
@@ -159,4 +159,4 @@ class DEV_INFO_TEST : public ::testing::Test {
   MSG_INTERNAL_ERROR::HOOK m_previous_report;
 };
 
-}  // namespace devinfo_test
+}  // namespace dev_info_test

@@ -1,7 +1,7 @@
 // Flash database loading, gating, the default check and the per-device queries.
 #include "flash_test_support.h"
-#include "pgmdev_check.h"
-#include "pgmdev_db_container.h"
+#include "base/pgmdev_check.h"
+#include "codec/pgmdev_db_container.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include "pgm_cfg.h"
 #include "pgm_msg.h"
 #include "pgm_text.h"
-#include "pgmdev_flash_columns.h"
+#include "flash/pgmdev_flash_columns.h"
 #include "pgmdev_flash_manager.h"
 
 namespace flash_test {

@@ -5,7 +5,7 @@
 
 #include "internal_error_support.h"
 #include "pgmdev_hps_mgr.h"
-#include "pgmdev_hps_table_data.h"
+#include "hps/pgmdev_hps_table_data.h"
 #include "platform.h"
 
 namespace {

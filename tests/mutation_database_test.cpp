@@ -2,8 +2,8 @@
 #include "mutation_support.h"
 #include "pgm_cfg.h"
 #include "pgmdev_build_config.h"
-#include "pgmdev_check.h"
-#include "pgmdev_db_container.h"
+#include "base/pgmdev_check.h"
+#include "codec/pgmdev_db_container.h"
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_flash_manager.h"
 

@@ -7,7 +7,7 @@
 #include "pgm_cfg.h"
 #include "pgmdev_flash_ini.h"
 #include "pgmdev_flash_manager.h"
-#include "pgmdev_hps_builtin.h"
+#include "hps/pgmdev_hps_builtin.h"
 #include "pgmdev_hps_mgr.h"
 
 namespace {

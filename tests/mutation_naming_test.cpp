@@ -2,9 +2,9 @@
 // inflated blobs behind a valid trailer so that the payload parsers see every mutant.
 #include "mutation_support.h"
 #include "pgm_zlib.h"
-#include "pgmddb_naming_data.h"
-#include "pgmdev_naming_codec.h"
-#include "pgmdev_naming_db.h"
+#include "naming/pgmddb_naming_data.h"
+#include "naming/pgmdev_naming_codec.h"
+#include "naming/pgmdev_naming_db.h"
 
 namespace {
 

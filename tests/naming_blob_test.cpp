@@ -4,7 +4,7 @@
 #include <boost/crc.hpp>
 
 #include "naming_test_support.h"
-#include "pgmdev_naming_db.h"
+#include "naming/pgmdev_naming_db.h"
 
 namespace {
 

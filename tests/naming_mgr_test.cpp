@@ -7,8 +7,8 @@
 #include "naming_test_support.h"
 #include "pgm_dev_catalog.h"
 #include "pgmdev_mgr.h"
-#include "pgmdev_naming_db.h"
-#include "pgmdev_opn_hash.h"
+#include "naming/pgmdev_naming_db.h"
+#include "naming/pgmdev_opn_hash.h"
 #include "pgmdev_static_tables.h"
 
 namespace {

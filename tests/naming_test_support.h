@@ -10,7 +10,7 @@
 #include "internal_error_support.h"
 #include "pgm_msg.h"
 #include "pgm_zlib.h"
-#include "pgmdev_naming_codec.h"
+#include "naming/pgmdev_naming_codec.h"
 
 namespace naming_test {
 

@@ -1,5 +1,5 @@
 // Advisory file locks and crash-safe whole-file replacement (POSIX).
-#include "pgmdev_file_replace.h"
+#include "base/pgmdev_file_replace.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

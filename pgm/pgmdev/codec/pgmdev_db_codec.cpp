@@ -1,10 +1,10 @@
 // Typed record codec of the database files: bounded reads and writes of tagged values.
-#include "pgmdev_db_codec.h"
+#include "codec/pgmdev_db_codec.h"
 
 #include <algorithm>
 
 #include "pgm_common.h"
-#include "pgmdev_check.h"
+#include "base/pgmdev_check.h"
 
 namespace pgmdev {
 

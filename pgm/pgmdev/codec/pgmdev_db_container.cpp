@@ -1,5 +1,5 @@
 // Database file container: compression of the body, whole-file read and atomic write.
-#include "pgmdev_db_container.h"
+#include "codec/pgmdev_db_container.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -9,7 +9,7 @@
 #include <cstdio>
 
 #include "pgm_zlib.h"
-#include "pgmdev_check.h"
+#include "base/pgmdev_check.h"
 
 namespace pgmdev {
 

@@ -9,7 +9,7 @@
 
 #include "pgm_fio.h"
 #include "pgm_types.h"
-#include "pgmdev_db_codec.h"
+#include "codec/pgmdev_db_codec.h"
 
 namespace pgmdev {
 

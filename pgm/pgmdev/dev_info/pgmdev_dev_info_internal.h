@@ -5,7 +5,7 @@
 #include <string>
 
 #include "pgmdev_build_config.h"
-#include "pgmdev_check.h"
+#include "base/pgmdev_check.h"
 
 namespace pgmdev {
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "pgm_text.h"
-#include "pgmdev_dev_info_internal.h"
+#include "dev_info/pgmdev_dev_info_internal.h"
 #include "pgmdev_dev_info_manager.h"
 
 // Identifiers are compared as unsigned values so that a negative part number is out of range.

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "pgmdev_db_codec.h"
-#include "pgmdev_db_container.h"
-#include "pgmdev_dev_info_internal.h"
+#include "codec/pgmdev_db_codec.h"
+#include "codec/pgmdev_db_container.h"
+#include "dev_info/pgmdev_dev_info_internal.h"
 
 using namespace pgmdev;
 

@@ -3,7 +3,7 @@
 
 #include "pgm_dev_catalog.h"
 #include "pgm_text.h"
-#include "pgmdev_dev_info_internal.h"
+#include "dev_info/pgmdev_dev_info_internal.h"
 #include "pgmdev_dev_info_manager.h"
 
 namespace pgmdev {

@@ -4,7 +4,7 @@
 #include <type_traits>
 
 #include "pgm_dev_catalog.h"
-#include "pgmdev_dev_info_internal.h"
+#include "dev_info/pgmdev_dev_info_internal.h"
 #include "pgmdev_dev_info_manager.h"
 
 namespace {

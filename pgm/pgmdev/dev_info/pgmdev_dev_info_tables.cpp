@@ -6,8 +6,8 @@
 #include "pgm_common.h"
 #include "pgm_dev_catalog.h"
 #include "pgm_text.h"
-#include "pgmdev_db_codec.h"
-#include "pgmdev_dev_info_internal.h"
+#include "codec/pgmdev_db_codec.h"
+#include "dev_info/pgmdev_dev_info_internal.h"
 #include "pgmdev_dev_info_manager.h"
 
 using namespace pgmdev;

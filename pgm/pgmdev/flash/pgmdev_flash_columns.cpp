@@ -1,5 +1,5 @@
 // The column table of flash records.
-#include "pgmdev_flash_columns.h"
+#include "flash/pgmdev_flash_columns.h"
 
 #include "pgm_text.h"
 

@@ -4,10 +4,10 @@
 #include "pgm_cfg.h"
 #include "pgm_text.h"
 #include "pgmdev_build_config.h"
-#include "pgmdev_check.h"
-#include "pgmdev_db_codec.h"
-#include "pgmdev_db_container.h"
-#include "pgmdev_flash_columns.h"
+#include "base/pgmdev_check.h"
+#include "codec/pgmdev_db_codec.h"
+#include "codec/pgmdev_db_container.h"
+#include "flash/pgmdev_flash_columns.h"
 
 namespace {
 

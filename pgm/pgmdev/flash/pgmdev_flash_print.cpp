@@ -2,8 +2,8 @@
 #include <iostream>
 
 #include "pgm_msg.h"
-#include "pgmdev_check.h"
-#include "pgmdev_flash_columns.h"
+#include "base/pgmdev_check.h"
+#include "flash/pgmdev_flash_columns.h"
 #include "pgmdev_flash_manager.h"
 
 void PGMDEV_FLASH_MANAGER::print_database(DWORD index) const {

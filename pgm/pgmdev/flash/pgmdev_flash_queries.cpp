@@ -5,7 +5,7 @@
 
 #include "pgm_msg.h"
 #include "pgm_text.h"
-#include "pgmdev_check.h"
+#include "base/pgmdev_check.h"
 #include "pgmdev_flash_manager.h"
 
 namespace {

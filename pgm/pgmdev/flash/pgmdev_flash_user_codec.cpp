@@ -7,7 +7,7 @@
 #include "pgm_common.h"
 #include "pgm_version.h"
 #include "pgm_zlib.h"
-#include "pgmdev_check.h"
+#include "base/pgmdev_check.h"
 #include "pgmdev_flash_manager.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include "pgm_cfg.h"
 #include "pgm_common.h"
 #include "pgm_text.h"
-#include "pgmdev_flash_columns.h"
+#include "flash/pgmdev_flash_columns.h"
 #include "pgmdev_flash_manager.h"
 
 const char* const PGMDEV_FLASH_MANAGER::USER_FLASH_KEY = "PGM_3RD_PARTY_FLASH_INI";

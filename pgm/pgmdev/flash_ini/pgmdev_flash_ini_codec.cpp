@@ -1,7 +1,7 @@
 // Flash INI record codec: parameter sizes, little-endian encoding and bounded decoding.
-#include "pgmdev_check.h"
+#include "base/pgmdev_check.h"
 #include "pgmdev_flash_ini.h"
-#include "pgmdev_param_type.h"
+#include "flash_ini/pgmdev_param_type.h"
 
 using pgmdev::MODULE_FLASH_INI;
 

@@ -2,9 +2,9 @@
 #include <bitset>
 
 #include "pgm_text.h"
-#include "pgmdev_check.h"
+#include "base/pgmdev_check.h"
 #include "pgmdev_flash_ini.h"
-#include "pgmdev_param_type.h"
+#include "flash_ini/pgmdev_param_type.h"
 
 using pgmdev::MODULE_FLASH_INI;
 

@@ -2,8 +2,8 @@
 #include <cstring>
 
 #include "pgm_fio.h"
-#include "pgmdev_check.h"
-#include "pgmdev_file_replace.h"
+#include "base/pgmdev_check.h"
+#include "base/pgmdev_file_replace.h"
 #include "pgmdev_flash_ini.h"
 
 using pgmdev::MODULE_FLASH_INI;

@@ -1,5 +1,5 @@
 // The built-in HPS SPI and NAND flash definitions, in list order.
-#include "pgmdev_hps_builtin.h"
+#include "hps/pgmdev_hps_builtin.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // HPS SPI and NAND flash list singletons: user definitions first, then the built-ins.
-#include "pgmdev_hps_builtin.h"
-#include "pgmdev_hps_user_section.h"
+#include "hps/pgmdev_hps_builtin.h"
+#include "hps/pgmdev_hps_user_section.h"
 
 PGMDEV_HPS_SPI_MGR* PGMDEV_HPS_SPI_MGR::m_mgr = nullptr;
 PGMDEV_HPS_NAND_MGR* PGMDEV_HPS_NAND_MGR::m_mgr = nullptr;

@@ -1,7 +1,7 @@
 // The HPS manager singleton: selection of the HPS kind by its debug port's JTAG ID code.
 #include "pgmdev_hps_mgr.h"
 
-#include "pgmdev_hps_table_data.h"
+#include "hps/pgmdev_hps_table_data.h"
 
 PGMDEV_HPS_MGR* PGMDEV_HPS_MGR::m_mgr = nullptr;
 

@@ -1,8 +1,8 @@
 // The built-in HPS descriptions: the hardware maps of the two supported HPS generations.
 #include <cstring>
 
-#include "pgmdev_check.h"
-#include "pgmdev_hps_table_data.h"
+#include "base/pgmdev_check.h"
+#include "hps/pgmdev_hps_table_data.h"
 
 DWORD PGMDEV_HPS_STRUCTURE::word(DWORD index) const {
   PGMDEV_CHECK(index < WORD_COUNT, "index < PGMDEV_HPS_STRUCTURE::WORD_COUNT", pgmdev::MODULE_MGR);

@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "pgm_cfg.h"
-#include "pgmdev_grammar_lookup.h"
+#include "naming/pgmdev_grammar_lookup.h"
 
 using pgmdev::grammar_lookup_reverse;
 

@@ -1,10 +1,10 @@
 // Reverse (string to key) and forward (key to list) look-ups over the grammar sections.
-#include "pgmdev_grammar_lookup.h"
+#include "naming/pgmdev_grammar_lookup.h"
 
 #include <algorithm>
 
 #include "pgm_text.h"
-#include "pgmdev_check.h"
+#include "base/pgmdev_check.h"
 
 namespace pgmdev {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "pgmdev_naming_db.h"
+#include "naming/pgmdev_naming_db.h"
 
 namespace pgmdev {
 

@@ -4,9 +4,9 @@
 #include <unordered_set>
 #include <vector>
 
-#include "pgmdev_check.h"
-#include "pgmdev_naming_codec.h"
-#include "pgmdev_naming_db.h"
+#include "base/pgmdev_check.h"
+#include "naming/pgmdev_naming_codec.h"
+#include "naming/pgmdev_naming_db.h"
 
 namespace pgmdev {
 namespace {

@@ -6,7 +6,7 @@
 #include "pgm_dev_catalog.h"
 #include "pgm_msg.h"
 #include "pgm_text.h"
-#include "pgmdev_check.h"
+#include "base/pgmdev_check.h"
 #include "pgmdev_ddb_mgr.h"
 #include "pgmdev_mgr_naming.h"
 

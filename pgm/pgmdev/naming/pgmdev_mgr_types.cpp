@@ -1,6 +1,6 @@
 // PGMDEV_MGR's vocabulary checks: by number (index 0 refused) and by name (index 0 allowed).
 #include "pgm_text.h"
-#include "pgmdev_check.h"
+#include "base/pgmdev_check.h"
 #include "pgmdev_mgr_naming.h"
 #include "pgmdev_static_tables.h"
 

@@ -2,9 +2,9 @@
 #include <cstring>
 
 #include "pgm_zlib.h"
-#include "pgmdev_check.h"
-#include "pgmdev_naming_codec.h"
-#include "pgmdev_naming_db.h"
+#include "base/pgmdev_check.h"
+#include "naming/pgmdev_naming_codec.h"
+#include "naming/pgmdev_naming_db.h"
 
 namespace pgmdev {
 

@@ -1,5 +1,5 @@
 // The grammar and OPN tables once parsed, with the indexes built on their first look-up.
-#include "pgmdev_naming_db.h"
+#include "naming/pgmdev_naming_db.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 #include <atomic>
 #include <mutex>
 
-#include "pgmddb_naming_data.h"
-#include "pgmdev_naming_db.h"
+#include "naming/pgmddb_naming_data.h"
+#include "naming/pgmdev_naming_db.h"
 
 namespace pgmdev {
 namespace {

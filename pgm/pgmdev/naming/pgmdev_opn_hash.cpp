@@ -1,5 +1,5 @@
 // OPN hashes: six bytes of the SHA-256 digest of the upper-case part name.
-#include "pgmdev_opn_hash.h"
+#include "naming/pgmdev_opn_hash.h"
 
 #include <memory>
 #include <unordered_map>
@@ -7,7 +7,7 @@
 #include "pgm_common.h"
 #include "pgm_dev_catalog.h"
 #include "pgm_text.h"
-#include "pgmdev_check.h"
+#include "base/pgmdev_check.h"
 
 namespace pgmdev {
 namespace {

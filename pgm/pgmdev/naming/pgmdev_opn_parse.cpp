@@ -1,9 +1,9 @@
 // Parsing the OPN blob's payload: a count, then that many variable-length part numbers.
 #include <algorithm>
 
-#include "pgmdev_check.h"
-#include "pgmdev_naming_codec.h"
-#include "pgmdev_naming_db.h"
+#include "base/pgmdev_check.h"
+#include "naming/pgmdev_naming_codec.h"
+#include "naming/pgmdev_naming_db.h"
 
 namespace pgmdev {
 
