@@ -7,6 +7,7 @@
 #include "cli.h"
 #include "flash_check.h"
 #include "flash_record.h"
+#include "flash_sfdp.h"
 #include "platform.h"
 
 namespace pgmdev::cli {
@@ -160,7 +161,9 @@ void register_flash_commands(CLI::App& app, Options& options) {
 
   CLI::App* define = flash->add_subcommand(
       "define", "Define up to three flash chips by dialogue and print their configuration value");
-  define->callback([] {
+  const auto from_sfdp = add_define_sfdp_options(define);
+  define->callback([from_sfdp] {
+    if (define_from_sfdp(*from_sfdp, std::cin, std::cout)) return;
     PGMDEV_FLASH_MANAGER manager(false, 1, true, false);
     TEE_BUFFER tee(std::cout.rdbuf());
     std::ostream output(&tee);
@@ -177,6 +180,8 @@ void register_flash_commands(CLI::App& app, Options& options) {
   check->add_option("VALUE", *value, "The value of PGM_3RD_PARTY_FLASH_INI")->required();
   add_json_flag(check, options);
   check->callback([&options, value] { check_flash_value(options, *value); });
+
+  register_flash_sfdp_command(flash, options);
 }
 
 }  // namespace pgmdev::cli

@@ -1,0 +1,93 @@
+// The bytes of an SFDP dump file as people publish them: raw, `hexdump -C`, or plain hex.
+#include <cctype>
+#include <sstream>
+
+#include "pgmdev_sfdp.h"
+
+namespace {
+
+int digit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+PGMDEV_SFDP_ERROR at_line(size_t line, const std::string& what) {
+  return PGMDEV_SFDP_ERROR("hexdump line " + std::to_string(line) + ": " + what);
+}
+
+std::vector<BYTE> plain_hex(const std::string& content) {
+  std::vector<BYTE> bytes;
+  int high = -1;
+  size_t line = 1;
+  for (const char c : content) {
+    if (c == '\n') ++line;
+    if (std::isspace(static_cast<unsigned char>(c))) continue;
+    const int value = digit(c);
+    if (value < 0) {
+      throw PGMDEV_SFDP_ERROR("not a hex dump: character '" + std::string(1, c) + "' on line " +
+                              std::to_string(line));
+    }
+    if (high < 0) {
+      high = value;
+    } else {
+      bytes.push_back(BYTE(high << 4 | value));
+      high = -1;
+    }
+  }
+  if (high >= 0) throw PGMDEV_SFDP_ERROR("not a hex dump: an odd number of hex digits");
+  return bytes;
+}
+
+// `hexdump -C`: an offset, up to 16 bytes, the characters between bars; "*" stands for
+// repeats of the line before, up to the next offset; the last line holds only the length.
+std::vector<BYTE> canonical_hexdump(const std::string& content) {
+  std::vector<BYTE> bytes, previous;
+  std::istringstream lines(content);
+  std::string text;
+  bool repeat = false;
+  for (size_t number = 1; std::getline(lines, text); ++number) {
+    std::istringstream words(text.substr(0, text.find('|')));
+    std::string word;
+    if (!(words >> word)) continue;
+    if (word == "*") {
+      repeat = true;
+      continue;
+    }
+    size_t offset = 0;
+    for (const char c : word) {
+      if (digit(c) < 0 || offset >= PGMDEV_SFDP::MAX_SIZE) throw at_line(number, "bad offset");
+      offset = offset * 16 + size_t(digit(c));
+    }
+    if (offset > PGMDEV_SFDP::MAX_SIZE) throw at_line(number, "offset beyond 16 MiB");
+    while (repeat && !previous.empty() && bytes.size() < offset) {
+      for (size_t i = 0; i < previous.size() && bytes.size() < offset; ++i) {
+        bytes.push_back(previous[i]);
+      }
+    }
+    repeat = false;
+    if (offset != bytes.size()) {
+      throw at_line(number,
+                    "offset " + word + " but " + std::to_string(bytes.size()) + " bytes before it");
+    }
+    previous.clear();
+    while (words >> word) {
+      if (word.size() != 2 || digit(word[0]) < 0 || digit(word[1]) < 0) {
+        throw at_line(number, "'" + word + "' is not a byte");
+      }
+      previous.push_back(BYTE(digit(word[0]) << 4 | digit(word[1])));
+    }
+    bytes.insert(bytes.end(), previous.begin(), previous.end());
+  }
+  return bytes;
+}
+
+}  // namespace
+
+std::vector<BYTE> PGMDEV_SFDP::dump_bytes(const std::string& content) {
+  if (content.size() > 4 * MAX_SIZE) throw PGMDEV_SFDP_ERROR("the dump file is too large");
+  if (content.rfind("SFDP", 0) == 0) return std::vector<BYTE>(content.begin(), content.end());
+  if (content.find('|') != std::string::npos) return canonical_hexdump(content);
+  return plain_hex(content);
+}

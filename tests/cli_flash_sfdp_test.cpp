@@ -1,0 +1,113 @@
+// End-to-end tests of `pgmdev flash sfdp` and `flash define --sfdp` over the real dumps: the
+// sealed value of every dump passes `flash check` and loads as record 0.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "cli_run.h"
+
+namespace {
+
+using nlohmann::json;
+using pgmdev::test::run_cli;
+
+const std::string DATA = std::string(PGMDEV_SOURCE_DIR) + "/tests/data/sfdp/";
+
+// (file, identifier) of every dump, from the known answers.
+std::vector<std::pair<std::string, std::string>> dumps() {
+  std::vector<std::pair<std::string, std::string>> out;
+  std::ifstream in(DATA + "chips.tsv");
+  std::string line;
+  while (std::getline(in, line)) {
+    if (line.empty() || line[0] == '#' || line.rfind("file", 0) == 0) continue;
+    std::istringstream cells(line);
+    std::string file, id;
+    cells >> file >> id;
+    out.emplace_back(file, id);
+  }
+  return out;
+}
+
+TEST(CliFlashSfdp, EveryDumpsValuePassesTheCheckAndLoadsAsRecordZero) {
+  const auto all = dumps();
+  ASSERT_EQ(all.size(), 37u);
+  for (const auto& [file, id] : all) {
+    SCOPED_TRACE(file);
+    auto result =
+        run_cli({"flash", "sfdp", DATA + file, "--id", id, "--name", "SFDP-TEST", "--value"});
+    ASSERT_EQ(result.exit_code, 0) << result.err;
+    const std::string value = result.out.substr(0, result.out.find('\n'));
+    ASSERT_EQ(result.out, value + "\n");  // one line
+    result = run_cli({"flash", "check", value, "--json"});
+    ASSERT_EQ(result.exit_code, 0) << result.out << result.err;
+    EXPECT_TRUE(json::parse(result.out)["loads"].get<bool>());
+    result = run_cli({"flash", "identify", "--device-id", id, "--json"}, "",
+                     {{"PGM_3RD_PARTY_FLASH_INI", value}});
+    ASSERT_EQ(result.exit_code, 0) << result.err;
+    const json answer = json::parse(result.out)[0];
+    EXPECT_EQ(answer["index"], 0);
+    EXPECT_EQ(answer["record"]["device_name"], "SFDP-TEST");
+  }
+}
+
+TEST(CliFlashSfdp, JsonGivesDefinitionSourcesWarningsAndTables) {
+  auto result =
+      run_cli({"flash", "sfdp", DATA + "sst_sst26vf064b.hexdump", "--id", "BF2643", "--json"});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  const json document = json::parse(result.out);
+  EXPECT_EQ(document["definition"].size(), 33u);
+  EXPECT_EQ(document["sources"].size(), 33u);
+  EXPECT_EQ(document["definition"]["device_sector_byte"], 4096);
+  EXPECT_EQ(document["definition"]["manufacturer_name"], "Microchip/SST");
+  EXPECT_EQ(document["sources"]["asc_voltage"].get<std::string>().rfind("default", 0), 0u);
+  EXPECT_FALSE(document["warnings"].empty());
+  EXPECT_EQ(document["tables"]["sector_maps"][0]["regions"].size(), 5u);
+
+  result = run_cli({"flash", "sfdp", DATA + "zetta_zd25q128c.hex", "--id", "EF4018"});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_NE(result.out.find("warning: the table declares 2 MiB but capacity byte 18 means 16 MiB"),
+            std::string::npos)
+      << result.out;
+  EXPECT_NE(result.out.find("0xFFB3"), std::string::npos);  // the vendor table, listed
+}
+
+TEST(CliFlashSfdp, BadDumpsAndIdentifiersAreRefusedClearly) {
+  auto result = run_cli({"flash", "sfdp", DATA + "missing.hex", "--id", "EF4018"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.err.find("cannot read the dump"), std::string::npos);
+  result = run_cli({"flash", "sfdp", DATA + "chips.tsv", "--id", "EF4018"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.err.find("chips.tsv: not a hex dump"), std::string::npos) << result.err;
+  result = run_cli({"flash", "sfdp", DATA + "winbond_w25q80bl.hex", "--id", "EF40"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.err.find("not an identifier"), std::string::npos);
+  result = run_cli({"flash", "sfdp", DATA + "winbond_w25q80bl.hex"});
+  EXPECT_EQ(result.exit_code, 2);  // --id is required
+}
+
+TEST(CliFlashSfdp, DefineAsksOnlyWhatTheTablesLeaveOpen) {
+  const std::string answers = "W25Q80BL\nN\nN\nN\nN\nN\nN\n1\n1C\n1C\n0\n-1\n5\nN\n3.3V\n";
+  auto result = run_cli(
+      {"flash", "define", "--sfdp", DATA + "winbond_w25q80bl.hex", "--id", "EF4014"}, answers);
+  ASSERT_EQ(result.exit_code, 0) << result.err << result.out;
+  EXPECT_EQ(result.out.find("Memory Density"), std::string::npos);  // the table tells the size
+  EXPECT_NE(result.out.find("Protection Mask"), std::string::npos);
+  const size_t at = result.out.find("INI : ");
+  ASSERT_NE(at, std::string::npos);
+  const std::string value = result.out.substr(at + 6, result.out.find('\n', at) - at - 6);
+  result = run_cli({"flash", "check", value, "--json"});
+  ASSERT_EQ(result.exit_code, 0) << result.out;
+  const json record = json::parse(result.out)["record"];
+  EXPECT_EQ(record["protection_mask"], 0x1C);
+  EXPECT_EQ(record["bottom_value"], 32);
+  EXPECT_EQ(record["device_bit_size"], 8388608);
+
+  result = run_cli({"flash", "define", "--sfdp", DATA + "winbond_w25q80bl.hex", "--id", "EF4014"},
+                   "W25Q80BL\nMAYBE\n");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.err.find("Invalid input"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,260 @@
+// `pgmdev flash sfdp`: reads a chip's SFDP dump, prints its tables and the flash definition
+// derived from them (each column with where it came from), or only the sealed value;
+// `flash define --sfdp` asks only the questions the tables leave open.
+#include <CLI/CLI.hpp>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
+#include "flash_record.h"
+#include "flash_sfdp.h"
+#include "output.h"
+#include "pgmdev_sfdp.h"
+
+namespace pgmdev::cli {
+
+namespace {
+
+struct SfdpRequest {
+  std::string file;
+  std::string id;
+  std::string name;
+  std::string voltage;
+  int dies = 0;
+  bool value = false;
+};
+
+// Three bytes in the order the chip sends them: "EF4018" or "0xEF4018".
+std::vector<BYTE> id_bytes(const std::string& text) {
+  std::string digits = text;
+  if (digits.rfind("0x", 0) == 0 || digits.rfind("0X", 0) == 0) digits.erase(0, 2);
+  if (digits.size() != 6 ||
+      digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
+    throw CliError("'" + text + "' is not an identifier: give its 3 bytes in hex, e.g. EF4018");
+  }
+  std::vector<BYTE> bytes;
+  for (size_t i = 0; i < 6; i += 2)
+    bytes.push_back(BYTE(std::stoul(digits.substr(i, 2), nullptr, 16)));
+  return bytes;
+}
+
+PGMDEV_SFDP read_dump(const std::string& file) {
+  std::ifstream in(file, std::ios::binary);
+  if (!in) throw CliError("cannot read the dump " + file);
+  std::ostringstream content;
+  content << in.rdbuf();
+  try {
+    return PGMDEV_SFDP(PGMDEV_SFDP::dump_bytes(content.str()));
+  } catch (const PGMDEV_SFDP_ERROR& error) {
+    throw CliError(file + ": " + error.what());
+  }
+}
+
+PGMDEV_SFDP_DEFINITION derive(const PGMDEV_SFDP& sfdp, const std::string& id,
+                              const PGMDEV_SFDP_CHOICES& choices) {
+  try {
+    return PGMDEV_SFDP_DEFINITION(sfdp, id_bytes(id), choices);
+  } catch (const PGMDEV_SFDP_ERROR& error) {
+    throw CliError(error.what());
+  }
+}
+
+std::string hex_id(WORD id) { return hex_text(id, 4); }
+
+nlohmann::ordered_json tables_json(const PGMDEV_SFDP& sfdp) {
+  nlohmann::ordered_json headers = nlohmann::ordered_json::array();
+  for (const auto& h : sfdp.parameter_headers()) {
+    headers.push_back({{"id", hex_id(h.id)},
+                       {"revision", std::to_string(h.major) + "." + std::to_string(h.minor)},
+                       {"length", h.length},
+                       {"pointer", h.pointer},
+                       {"read", h.read}});
+  }
+  nlohmann::ordered_json erase = nlohmann::ordered_json::array();
+  for (const auto& e : sfdp.erase_types()) {
+    erase.push_back({{"size", e.size},
+                     {"opcode", e.opcode},
+                     {"opcode_4byte", e.opcode_4byte},
+                     {"typical_ms", e.typical_ms},
+                     {"maximum_ms", e.maximum_ms}});
+  }
+  nlohmann::ordered_json maps = nlohmann::ordered_json::array();
+  for (const auto& map : sfdp.sector_maps()) {
+    nlohmann::ordered_json regions = nlohmann::ordered_json::array();
+    for (const auto& r : map.regions)
+      regions.push_back({{"size", r.size}, {"erase_types", r.erase_types}});
+    maps.push_back({{"configuration", map.configuration}, {"regions", regions}});
+  }
+  return {{"revision", std::to_string(sfdp.major()) + "." + std::to_string(sfdp.minor())},
+          {"access_protocol", sfdp.access_protocol()},
+          {"parameter_headers", headers},
+          {"basic",
+           {{"double_words", sfdp.basic_table().size()},
+            {"density_bits", sfdp.density_bits()},
+            {"address_bytes", sfdp.address_bytes()},
+            {"page_size", sfdp.page_size()},
+            {"erase_types", erase},
+            {"program_typical_us", sfdp.program_typical_us()},
+            {"program_maximum_us", sfdp.program_maximum_us()},
+            {"chip_erase_typical_ms", sfdp.chip_erase_typical_ms()},
+            {"chip_erase_maximum_ms", sfdp.chip_erase_maximum_ms()}}},
+          {"sector_maps", maps},
+          {"sector_map_needs_detection", sfdp.sector_map_needs_detection()},
+          {"four_byte_table", sfdp.has_4byte_table()},
+          {"notes", sfdp.notes()}};
+}
+
+void print_tables(std::ostream& out, const PGMDEV_SFDP& sfdp) {
+  out << "SFDP revision " << int(sfdp.major()) << "." << int(sfdp.minor()) << ", access protocol "
+      << hex_text(sfdp.access_protocol(), 2) << "\n";
+  Table headers({"table", "revision", "double words", "at", "read"});
+  for (const auto& h : sfdp.parameter_headers()) {
+    headers.add_row({hex_id(h.id), std::to_string(h.major) + "." + std::to_string(h.minor),
+                     std::to_string(h.length), hex_text(h.pointer, 4), h.read ? "yes" : "skipped"});
+  }
+  headers.print(out);
+  Table erase({"erase type", "size", "opcode", "4-byte opcode", "typical ms", "maximum ms"});
+  for (size_t k = 0; k < 4; ++k) {
+    const auto& e = sfdp.erase_types()[k];
+    if (e.size == 0) continue;
+    erase.add_row({std::to_string(k + 1), std::to_string(e.size), hex_text(e.opcode, 2),
+                   e.opcode_4byte ? hex_text(e.opcode_4byte, 2) : "-", std::to_string(e.typical_ms),
+                   std::to_string(e.maximum_ms)});
+  }
+  out << "\n";
+  erase.print(out);
+  for (const auto& map : sfdp.sector_maps()) {
+    out << "\nsector map configuration " << int(map.configuration) << ":";
+    for (const auto& r : map.regions)
+      out << " " << r.size / 1024 << "K[" << int(r.erase_types) << "]";
+  }
+  for (const std::string& note : sfdp.notes()) out << "\nnote: " << note;
+  out << "\n\n";
+}
+
+void print_definition(std::ostream& out, const PGMDEV_SFDP_DEFINITION& definition) {
+  const Fields fields = flash_record_fields(definition.record());
+  Table table({"column", "value", "from"});
+  for (size_t i = 0; i < fields.size(); ++i) {
+    table.add_row({fields[i].first, fields[i].second, definition.sources()[i].second});
+  }
+  table.print(out);
+  for (const std::string& warning : definition.warnings()) out << "warning: " << warning << "\n";
+}
+
+void run_sfdp(const Options& options, const SfdpRequest& request) {
+  const PGMDEV_SFDP sfdp = read_dump(request.file);
+  PGMDEV_SFDP_CHOICES choices;
+  if (!request.name.empty()) choices.device_name = request.name;
+  if (!request.voltage.empty()) choices.asc_voltage = request.voltage;
+  if (request.dies) choices.die_count = BYTE(request.dies);
+  const PGMDEV_SFDP_DEFINITION definition = derive(sfdp, request.id, choices);
+  if (request.value) {
+    for (const std::string& warning : definition.warnings()) {
+      std::cerr << "pgmdev: warning: " << warning << '\n';
+    }
+    std::cout << definition.configuration_value() << '\n';
+  } else if (options.json) {
+    nlohmann::ordered_json sources = nlohmann::ordered_json::object();
+    for (const auto& [column, where] : definition.sources()) sources[column] = where;
+    const nlohmann::ordered_json document = {{"definition", flash_record_json(definition.record())},
+                                             {"sources", sources},
+                                             {"warnings", definition.warnings()},
+                                             {"tables", tables_json(sfdp)}};
+    std::cout << document.dump(2) << '\n';
+  } else {
+    print_tables(std::cout, sfdp);
+    print_definition(std::cout, definition);
+  }
+}
+
+}  // namespace
+
+void register_flash_sfdp_command(CLI::App* flash, Options& options) {
+  auto request = std::make_shared<SfdpRequest>();
+  CLI::App* cmd = flash->add_subcommand(
+      "sfdp", "Derive a flash definition from a chip's SFDP dump (hex, hexdump -C or binary)");
+  cmd->add_option("FILE", request->file, "The dump of the chip's SFDP area")->required();
+  cmd->add_option("--id", request->id,
+                  "The chip's 3 identifier bytes as it sends them, e.g. EF4018")
+      ->required();
+  cmd->add_option("--name", request->name, "device_name of the definition");
+  cmd->add_option("--voltage", request->voltage, "asc_voltage of the definition (default 3.3V)");
+  cmd->add_option("--dies", request->dies, "die_count of the definition (default 1)");
+  cmd->add_flag("--value", request->value, "Print only the sealed configuration value");
+  add_json_flag(cmd, options);
+  cmd->callback([&options, request] { run_sfdp(options, *request); });
+}
+
+std::shared_ptr<SfdpDefineRequest> add_define_sfdp_options(CLI::App* define) {
+  auto request = std::make_shared<SfdpDefineRequest>();
+  CLI::Option* file =
+      define->add_option("--sfdp", request->file, "Define one chip from its SFDP dump");
+  define->add_option("--id", request->id, "With --sfdp: the chip's 3 identifier bytes")
+      ->needs(file);
+  define->add_option("--name", request->name, "With --sfdp: device_name")->needs(file);
+  file->needs(define->get_option("--id"));
+  return request;
+}
+
+// The questions of the dialogue that the tables cannot answer, with their prompts.
+bool define_from_sfdp(const SfdpDefineRequest& request, std::istream& input, std::ostream& output) {
+  if (request.file.empty()) return false;
+  const PGMDEV_SFDP sfdp = read_dump(request.file);
+  PGMDEV_SFDP_CHOICES choices;
+  derive(sfdp, request.id, choices);  // refuses a bad identifier before any question
+  const auto ask = [&](const char* prompt) {
+    output << prompt << std::flush;
+    std::string answer;
+    std::getline(input, answer);
+    const size_t first = answer.find_first_not_of(" \t\r");
+    answer = first == std::string::npos
+                 ? ""
+                 : answer.substr(first, answer.find_last_not_of(" \t\r") - first + 1);
+    for (char& c : answer) c = char(std::toupper(static_cast<unsigned char>(c)));
+    return answer;
+  };
+  const auto refuse = [] { return CliError("Invalid input"); };
+  const auto yes_no = [&](const char* prompt) {
+    const std::string a = ask(prompt);
+    if (a != "Y" && a != "N") throw refuse();
+    return a == "Y";
+  };
+  // Hexadecimal in [low, high], or -1 when `minus_one` (answered as `none`).
+  const auto hex = [&](const char* prompt, unsigned low, unsigned high, int none = -2) {
+    const std::string a = ask(prompt);
+    if (none != -2 && a == "-1") return none;
+    if (a.empty() || a.size() > 2 || a.find_first_not_of("0123456789ABCDEF") != std::string::npos)
+      throw refuse();
+    const unsigned v = unsigned(std::stoul(a, nullptr, 16));
+    if (v < low || v > high) throw refuse();
+    return int(v);
+  };
+  if (!request.name.empty()) {
+    choices.device_name = request.name;
+  } else {
+    choices.device_name = ask("Device Name : ");
+  }
+  choices.extended_mode = yes_no("Support Extended Mode [Y/N] : ");
+  choices.micron_flow = yes_no("Micron flow [Y/N] : ");
+  choices.spansion_flow = yes_no("Spansion flow [Y/N] : ");
+  choices.startup_protected = yes_no("Protected after power-up [Y/N] : ");
+  choices.aai_mode = yes_no("Is AAI mode [Y/N] : ");
+  choices.flag_status = yes_no("Read flag status [Y/N] : ");
+  choices.die_count = BYTE(hex("Die count [1/2] : ", 1, 2));
+  choices.protection_mask = BYTE(hex("Protection Mask (hex) [0 - FF] : ", 0, 0xFF));
+  choices.protection_value = BYTE(hex("Protection Value (hex) [0 - FF] : ", 0, 0xFF));
+  choices.unprotect_value = BYTE(hex("Unprotect Value (hex) [0 - FF] : ", 0, 0xFF));
+  choices.protection_division = BYTE(hex("Protection Divisor (hex) [-1/3 - 1F] : ", 3, 0x1F, 0xFF));
+  const int bottom = hex("Bottom Value (bit location) [-1/0 - 7] : ", 0, 7, -1);
+  choices.bottom_value = BYTE(bottom < 0 ? 0 : 1 << bottom);
+  choices.sdm_support = yes_no("SDM Support [Y/N] : ");
+  choices.asc_voltage = ask("AS Configuration Voltage : ");
+  const PGMDEV_SFDP_DEFINITION definition = derive(sfdp, request.id, choices);
+  output << "\n";
+  print_definition(output, definition);
+  output << "INI : " << definition.configuration_value() << "\n";
+  return true;
+}
+
+}  // namespace pgmdev::cli

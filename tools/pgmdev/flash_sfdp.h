@@ -1,0 +1,28 @@
+// `pgmdev flash sfdp` and `pgmdev flash define --sfdp`: a flash definition from a chip's own
+// parameter tables.
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <string>
+
+#include "cli.h"
+
+namespace pgmdev::cli {
+
+struct SfdpDefineRequest {
+  std::string file;  // empty: the plain dialogue
+  std::string id;
+  std::string name;
+};
+
+void register_flash_sfdp_command(CLI::App* flash, Options& options);
+
+// Adds --sfdp, --id and --name to `flash define`.
+std::shared_ptr<SfdpDefineRequest> add_define_sfdp_options(CLI::App* define);
+
+// When the request names a dump: asks only what the tables leave open, prints the value and
+// answers true. False when no dump was given.
+bool define_from_sfdp(const SfdpDefineRequest& request, std::istream& input, std::ostream& output);
+
+}  // namespace pgmdev::cli
