@@ -84,7 +84,8 @@ TEST(CliFlashSfdp, BadDumpsAndIdentifiersAreRefusedClearly) {
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.err.find("not an identifier"), std::string::npos);
   result = run_cli({"flash", "sfdp", DATA + "winbond_w25q80bl.hex"});
-  EXPECT_EQ(result.exit_code, 2);  // --id is required
+  EXPECT_NE(result.exit_code, 0);
+  EXPECT_NE(result.err.find("--id is required"), std::string::npos);
 }
 
 TEST(CliFlashSfdp, DefineAsksOnlyWhatTheTablesLeaveOpen) {

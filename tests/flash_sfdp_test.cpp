@@ -139,6 +139,7 @@ TEST(FlashSfdp, KnownTimesAndTables) {
   EXPECT_EQ(regions[2].size, 0x7E0000u);
   EXPECT_EQ(regions[2].erase_types, 0x9);
   EXPECT_TRUE(sst.volatile_protection());
+  EXPECT_TRUE(has_warning(PGMDEV_SFDP_DEFINITION(sst, {0xBF, 0x26, 0x43}), "may start protected"));
 
   // S28HS02GT: configurations chosen by registers; octal access byte; BFPT 1.0 of 20 words.
   const PGMDEV_SFDP s28(dump("infineon_s28hs02gt.hex"));

@@ -100,6 +100,11 @@ PGMDEV_SFDP_DEFINITION::PGMDEV_SFDP_DEFINITION(const PGMDEV_SFDP& sfdp, const st
   set_sector(sfdp);
   set_times(sfdp);
   set_answers(choices);
+  if (sfdp.volatile_protection() && !choices.startup_protected) {
+    m_warnings.push_back(
+        "the block protection bits are volatile (DWORD 1 bit 3): the chip may "
+        "start protected; say whether it does (startup_protected)");
+  }
   // Keep the sources in column order, whatever order the rules ran in.
   static const char* const ORDER[] = {
       "manufacturer_name", "device_name",      "silicon_id",
@@ -198,7 +203,7 @@ void PGMDEV_SFDP_DEFINITION::set_size(const PGMDEV_SFDP& sfdp) {
   m_record.device_bit_size = DWORD(bits);
   m_record.byte4_addressing = bits > 128 * MBIT;
   source("device_bit_size", where);
-  source("byte4_addressing", "size above 128 Mbit");
+  source("byte4_addressing", "set when the size is above 128 Mbit");
 }
 
 // The largest erase size that applies to the whole array: every region of the chip's
