@@ -197,59 +197,75 @@ std::shared_ptr<SfdpDefineRequest> add_define_sfdp_options(CLI::App* define) {
   return request;
 }
 
-// The questions of the dialogue that the tables cannot answer, with their prompts.
+namespace {
+
+// One answer per line, trimmed and in capitals; the first refused answer ends the dialogue.
+class ASK {
+ public:
+  ASK(std::istream& input, std::ostream& output) : m_input(input), m_output(output) {}
+
+  std::string text(const char* prompt) {
+    m_output << prompt << std::flush;
+    std::string answer;
+    std::getline(m_input, answer);
+    const size_t first = answer.find_first_not_of(" \t\r");
+    if (first == std::string::npos) return "";
+    answer = answer.substr(first, answer.find_last_not_of(" \t\r") - first + 1);
+    for (char& c : answer) c = char(std::toupper(static_cast<unsigned char>(c)));
+    return answer;
+  }
+
+  bool yes_no(const char* prompt) {
+    const std::string answer = text(prompt);
+    if (answer != "Y" && answer != "N") throw CliError("Invalid input");
+    return answer == "Y";
+  }
+
+  // Hexadecimal in [low, high]; "-1" gives `none` where `none` is not -2.
+  int hex(const char* prompt, unsigned low, unsigned high, int none = -2) {
+    const std::string answer = text(prompt);
+    if (none != -2 && answer == "-1") return none;
+    const bool digits = !answer.empty() && answer.size() <= 2 &&
+                        answer.find_first_not_of("0123456789ABCDEF") == std::string::npos;
+    const unsigned value = digits ? unsigned(std::stoul(answer, nullptr, 16)) : high + 1;
+    if (value < low || value > high) throw CliError("Invalid input");
+    return int(value);
+  }
+
+ private:
+  std::istream& m_input;
+  std::ostream& m_output;
+};
+
+// The dialogue's questions that the tables cannot answer, with the dialogue's prompts.
+void ask_open_questions(ASK& ask, PGMDEV_SFDP_CHOICES& c) {
+  c.extended_mode = ask.yes_no("Support Extended Mode [Y/N] : ");
+  c.micron_flow = ask.yes_no("Micron flow [Y/N] : ");
+  c.spansion_flow = ask.yes_no("Spansion flow [Y/N] : ");
+  c.startup_protected = ask.yes_no("Protected after power-up [Y/N] : ");
+  c.aai_mode = ask.yes_no("Is AAI mode [Y/N] : ");
+  c.flag_status = ask.yes_no("Read flag status [Y/N] : ");
+  c.die_count = BYTE(ask.hex("Die count [1/2] : ", 1, 2));
+  c.protection_mask = BYTE(ask.hex("Protection Mask (hex) [0 - FF] : ", 0, 0xFF));
+  c.protection_value = BYTE(ask.hex("Protection Value (hex) [0 - FF] : ", 0, 0xFF));
+  c.unprotect_value = BYTE(ask.hex("Unprotect Value (hex) [0 - FF] : ", 0, 0xFF));
+  c.protection_division = BYTE(ask.hex("Protection Divisor (hex) [-1/3 - 1F] : ", 3, 0x1F, 0xFF));
+  const int bottom = ask.hex("Bottom Value (bit location) [-1/0 - 7] : ", 0, 7, -1);
+  c.bottom_value = BYTE(bottom < 0 ? 0 : 1 << bottom);
+  c.sdm_support = ask.yes_no("SDM Support [Y/N] : ");
+  c.asc_voltage = ask.text("AS Configuration Voltage : ");
+}
+
+}  // namespace
+
 bool define_from_sfdp(const SfdpDefineRequest& request, std::istream& input, std::ostream& output) {
   if (request.file.empty()) return false;
   const PGMDEV_SFDP sfdp = read_dump(request.file);
   PGMDEV_SFDP_CHOICES choices;
   derive(sfdp, request.id, choices);  // refuses a bad identifier before any question
-  const auto ask = [&](const char* prompt) {
-    output << prompt << std::flush;
-    std::string answer;
-    std::getline(input, answer);
-    const size_t first = answer.find_first_not_of(" \t\r");
-    answer = first == std::string::npos
-                 ? ""
-                 : answer.substr(first, answer.find_last_not_of(" \t\r") - first + 1);
-    for (char& c : answer) c = char(std::toupper(static_cast<unsigned char>(c)));
-    return answer;
-  };
-  const auto refuse = [] { return CliError("Invalid input"); };
-  const auto yes_no = [&](const char* prompt) {
-    const std::string a = ask(prompt);
-    if (a != "Y" && a != "N") throw refuse();
-    return a == "Y";
-  };
-  // Hexadecimal in [low, high], or -1 when `minus_one` (answered as `none`).
-  const auto hex = [&](const char* prompt, unsigned low, unsigned high, int none = -2) {
-    const std::string a = ask(prompt);
-    if (none != -2 && a == "-1") return none;
-    if (a.empty() || a.size() > 2 || a.find_first_not_of("0123456789ABCDEF") != std::string::npos)
-      throw refuse();
-    const unsigned v = unsigned(std::stoul(a, nullptr, 16));
-    if (v < low || v > high) throw refuse();
-    return int(v);
-  };
-  if (!request.name.empty()) {
-    choices.device_name = request.name;
-  } else {
-    choices.device_name = ask("Device Name : ");
-  }
-  choices.extended_mode = yes_no("Support Extended Mode [Y/N] : ");
-  choices.micron_flow = yes_no("Micron flow [Y/N] : ");
-  choices.spansion_flow = yes_no("Spansion flow [Y/N] : ");
-  choices.startup_protected = yes_no("Protected after power-up [Y/N] : ");
-  choices.aai_mode = yes_no("Is AAI mode [Y/N] : ");
-  choices.flag_status = yes_no("Read flag status [Y/N] : ");
-  choices.die_count = BYTE(hex("Die count [1/2] : ", 1, 2));
-  choices.protection_mask = BYTE(hex("Protection Mask (hex) [0 - FF] : ", 0, 0xFF));
-  choices.protection_value = BYTE(hex("Protection Value (hex) [0 - FF] : ", 0, 0xFF));
-  choices.unprotect_value = BYTE(hex("Unprotect Value (hex) [0 - FF] : ", 0, 0xFF));
-  choices.protection_division = BYTE(hex("Protection Divisor (hex) [-1/3 - 1F] : ", 3, 0x1F, 0xFF));
-  const int bottom = hex("Bottom Value (bit location) [-1/0 - 7] : ", 0, 7, -1);
-  choices.bottom_value = BYTE(bottom < 0 ? 0 : 1 << bottom);
-  choices.sdm_support = yes_no("SDM Support [Y/N] : ");
-  choices.asc_voltage = ask("AS Configuration Voltage : ");
+  ASK ask(input, output);
+  choices.device_name = request.name.empty() ? ask.text("Device Name : ") : request.name;
+  ask_open_questions(ask, choices);
   const PGMDEV_SFDP_DEFINITION definition = derive(sfdp, request.id, choices);
   output << "\n";
   print_definition(output, definition);

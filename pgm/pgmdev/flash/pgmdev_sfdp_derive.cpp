@@ -86,6 +86,62 @@ bool odd_parity(BYTE value) {
   return ones % 2 == 1;
 }
 
+// Erase types a record's sector may be: 1 KB to 1 MiB, and no larger than the chip.
+BYTE candidate_types(const std::array<PGMDEV_SFDP_ERASE_TYPE, 4>& erase, QWORD chip_bytes) {
+  BYTE candidates = 0;
+  for (int k = 0; k < 4; ++k) {
+    if (erase[k].size >= KB && erase[k].size <= KB * KB && erase[k].size <= chip_bytes) {
+      candidates |= BYTE(1 << k);
+    }
+  }
+  return candidates;
+}
+
+// What the regions of the first `considered` configurations have in common.
+struct ERASE_LAYOUT {
+  BYTE common = 0;                // erase types every region supports
+  BYTE any = 0;                   // erase types some region supports
+  bool uniform = true;            // every region supports the same types
+  std::string regions;            // the first configuration's region sizes
+  std::vector<std::string> gaps;  // configurations that do not cover the chip
+};
+
+ERASE_LAYOUT survey(const std::vector<PGMDEV_SFDP_SECTOR_MAP>& maps, size_t considered,
+                    BYTE candidates, QWORD chip_bytes) {
+  ERASE_LAYOUT layout;
+  layout.common = candidates;
+  for (size_t m = 0; m < considered; ++m) {
+    QWORD total = 0;
+    for (const PGMDEV_SFDP_REGION& region : maps[m].regions) {
+      const BYTE mask = region.erase_types & candidates;
+      layout.uniform = layout.uniform && mask == (maps[0].regions[0].erase_types & candidates);
+      layout.common &= mask;
+      layout.any |= mask;
+      total += region.size;
+      if (m == 0) layout.regions += (layout.regions.empty() ? "" : ", ") + size_text(region.size);
+    }
+    if (total != chip_bytes) {
+      layout.gaps.push_back("sector map configuration " + std::to_string(maps[m].configuration) +
+                            " covers " + size_text(total) + " of the chip's " +
+                            size_text(chip_bytes));
+    }
+  }
+  return layout;
+}
+
+// The largest (or smallest) erase type of `pool`.
+int pick(const std::array<PGMDEV_SFDP_ERASE_TYPE, 4>& erase, BYTE pool, bool largest) {
+  int chosen = -1;
+  for (int k = 0; k < 4; ++k) {
+    if (!((pool >> k) & 1)) continue;
+    if (chosen < 0 ||
+        (largest ? erase[k].size > erase[chosen].size : erase[k].size < erase[chosen].size)) {
+      chosen = k;
+    }
+  }
+  return chosen;
+}
+
 }  // namespace
 
 const char* PGMDEV_SFDP_DEFINITION::manufacturer_of(BYTE jedec_code) {
@@ -211,65 +267,36 @@ void PGMDEV_SFDP_DEFINITION::set_size(const PGMDEV_SFDP& sfdp) {
 void PGMDEV_SFDP_DEFINITION::set_sector(const PGMDEV_SFDP& sfdp) {
   const QWORD chip_bytes = m_record.device_bit_size / 8;
   const auto& erase = sfdp.erase_types();
-  BYTE candidates = 0;
-  for (int k = 0; k < 4; ++k) {
-    if (erase[k].size >= KB && erase[k].size <= KB * KB && erase[k].size <= chip_bytes) {
-      candidates |= BYTE(1 << k);
-    }
-  }
+  const BYTE candidates = candidate_types(erase, chip_bytes);
   if (!candidates) {
     throw PGMDEV_SFDP_ERROR("no erase type of 1 KB to 1024 KB within the chip's size");
   }
-  BYTE common = candidates, any = 0, first = 0;
-  bool uniform = true;
-  std::string layout;
   const auto& maps = sfdp.sector_maps();
   const size_t considered =
       sfdp.sector_map_needs_detection() ? maps.size() : std::min<size_t>(maps.size(), 1);
-  for (size_t m = 0; m < considered; ++m) {
-    QWORD total = 0;
-    for (const PGMDEV_SFDP_REGION& region : maps[m].regions) {
-      const BYTE mask = region.erase_types & candidates;
-      if (total == 0 && m == 0) first = mask;
-      uniform = uniform && mask == first;
-      common &= mask;
-      any |= mask;
-      total += region.size;
-      if (m == 0) layout += (layout.empty() ? "" : ", ") + size_text(region.size);
-    }
-    if (total != chip_bytes) {
-      m_warnings.push_back("sector map configuration " + std::to_string(maps[m].configuration) +
-                           " covers " + size_text(total) + " of the chip's " +
-                           size_text(chip_bytes));
-    }
-  }
-  const BYTE pool = common ? common : any ? any : candidates;
-  int chosen = -1;
-  for (int k = 0; k < 4; ++k) {
-    if (!((pool >> k) & 1)) continue;
-    const bool better = chosen < 0 || (common ? erase[k].size > erase[chosen].size
-                                              : erase[k].size < erase[chosen].size);
-    if (better) chosen = k;
-  }
+  const ERASE_LAYOUT layout = survey(maps, considered, candidates, chip_bytes);
+  m_warnings.insert(m_warnings.end(), layout.gaps.begin(), layout.gaps.end());
+  const int chosen = layout.common ? pick(erase, layout.common, true)
+                                   : pick(erase, layout.any ? layout.any : candidates, false);
   m_sector_type = chosen;
   m_record.device_sector_byte = erase[chosen].size;
-  std::string where = "largest erase type (type " + std::to_string(chosen + 1) + ", opcode " +
-                      hex2(erase[chosen].opcode) + ")";
-  if (considered > 0) {
-    where = "sector map: largest erase size every region supports (type " +
-            std::to_string(chosen + 1) + ")";
-    if (considered > 1) {
-      m_warnings.push_back("the chip's registers choose among " + std::to_string(considered) +
-                           " sector map configurations; the sector is the worst case over all");
-    }
+  const std::string size = size_text(erase[chosen].size), type = std::to_string(chosen + 1);
+  std::string where =
+      "largest erase type (type " + type + ", opcode " + hex2(erase[chosen].opcode) + ")";
+  if (considered > 0)
+    where = "sector map: largest erase size every region supports (type " + type + ")";
+  if (considered > 1) {
+    m_warnings.push_back("the chip's registers choose among " + std::to_string(considered) +
+                         " sector map configurations; the sector is the worst case over all");
   }
-  if (!uniform) {
-    m_warnings.push_back("the erase layout is not uniform (regions " + layout + "): sector " +
-                         size_text(erase[chosen].size) +
-                         ", the largest erase size that every region supports");
+  if (!layout.uniform) {
+    m_warnings.push_back(
+        "the erase layout is not uniform (regions " + layout.regions + ")" +
+        (layout.common ? ": sector " + size + ", the largest erase size that every region supports"
+                       : ""));
   }
-  if (!common) {
-    m_warnings.push_back("no erase size applies to every region; " + size_text(erase[chosen].size) +
+  if (!layout.common) {
+    m_warnings.push_back("no erase size applies to every region; " + size +
                          " is the smallest there is: put the chip in a uniform configuration");
     where = "default: smallest erase size of the sector map (no size covers every region)";
   }
