@@ -61,10 +61,12 @@ std::vector<BYTE> canonical_hexdump(const std::string& content) {
       offset = offset * 16 + size_t(digit(c));
     }
     if (offset > PGMDEV_SFDP::MAX_SIZE) throw at_line(number, "offset beyond 16 MiB");
-    while (repeat && !previous.empty() && bytes.size() < offset) {
-      for (size_t i = 0; i < previous.size() && bytes.size() < offset; ++i) {
-        bytes.push_back(previous[i]);
+    if (repeat && !previous.empty() && bytes.size() < offset) {
+      bytes.reserve(offset);
+      while (offset - bytes.size() >= previous.size()) {
+        bytes.insert(bytes.end(), previous.begin(), previous.end());
       }
+      bytes.insert(bytes.end(), previous.begin(), previous.begin() + (offset - bytes.size()));
     }
     repeat = false;
     if (offset != bytes.size()) {
