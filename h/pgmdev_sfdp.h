@@ -163,6 +163,10 @@ class PGMDEV_SFDP_DEFINITION {
   std::string configuration_value() const;
 
   static const char* manufacturer_of(BYTE jedec_code);  // null when the maker is not known
+  // The size in bits that a capacity byte means where the maker counts in log2; 0 elsewhere.
+  static QWORD identifier_bits(BYTE jedec_code, BYTE capacity);
+  // JEDEC manufacturer codes have odd parity; an even one is a typo.
+  static bool has_odd_parity(BYTE jedec_code);
 
  protected:
   void set_identifier(const std::vector<BYTE>& id);
@@ -176,4 +180,40 @@ class PGMDEV_SFDP_DEFINITION {
   std::vector<std::pair<std::string, std::string>> m_sources;
   std::vector<std::string> m_warnings;
   int m_sector_type = -1;  // the erase type chosen as the sector, 0 to 3
+};
+
+// One disagreement between a flash record and a chip's own tables, or the table's rules.
+struct PGMDEV_SFDP_FINDING {
+  std::string record;  // device_name
+  std::string dump;    // the dump's name; empty for a rule of the table itself
+  std::string text;
+};
+
+// Holds flash records against the dumps of their identifiers: the size, the sector rule and
+// each time at least the chip's declared maximum; and against the table's own rules (odd
+// parity of the maker byte, the capacity byte, no record hidden behind an earlier one with
+// the same identifier, one default per name).
+class PGMDEV_SFDP_AUDIT {
+ public:
+  // `id`: the dump's three identifier bytes in arrival order.
+  void add_dump(const std::string& name, const std::vector<BYTE>& id, const PGMDEV_SFDP& sfdp);
+  void check(const PGMDEV_SFL_FLASH_INFO* records, DWORD count);
+
+  const std::vector<PGMDEV_SFDP_FINDING>& findings() const { return m_findings; }
+  DWORD pairs() const { return m_pairs; }  // record and dump pairs compared
+  DWORD dumps() const { return DWORD(m_dumps.size()); }
+
+ protected:
+  struct DUMP {
+    std::string name;
+    std::vector<BYTE> id;
+    PGMDEV_SFDP sfdp;
+  };
+  void check_against(const PGMDEV_SFL_FLASH_INFO& record, const DUMP& dump);
+  void check_rules(const PGMDEV_SFL_FLASH_INFO* records, DWORD count);
+  void find(const PGMDEV_SFL_FLASH_INFO& record, const std::string& dump, const std::string& text);
+
+  std::vector<DUMP> m_dumps;
+  std::vector<PGMDEV_SFDP_FINDING> m_findings;
+  DWORD m_pairs = 0;
 };

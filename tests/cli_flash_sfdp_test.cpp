@@ -112,3 +112,29 @@ TEST(CliFlashSfdp, DefineAsksOnlyWhatTheTablesLeaveOpen) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(CliFlashAudit, ListsEachDisagreementAndFailsWhenThereIsOne) {
+  auto result = run_cli({"flash", "audit"});
+  ASSERT_EQ(result.exit_code, 0) << result.err;  // the table keeps its own rules
+  EXPECT_NE(result.out.find("0 dumps compared in 0 pairs, 0 disagreements"), std::string::npos)
+      << result.out;
+
+  result = run_cli({"flash", "audit", "--sfdp-dir", DATA, "--json"});
+  EXPECT_EQ(result.exit_code, 1);
+  const json document = json::parse(result.out);
+  EXPECT_EQ(document["dumps"], 37);
+  bool sst26 = false;
+  for (const json& d : document["disagreements"]) {
+    sst26 |= d["record"] == "SST26VF064B" && d["dump"] == "sst_sst26vf064b.hex";
+  }
+  EXPECT_TRUE(sst26);
+  EXPECT_NE(result.err.find("disagreements"), std::string::npos);
+
+  result = run_cli({"flash", "audit", "--sfdp-dir", DATA + "missing"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.err.find("cannot read"), std::string::npos);
+}
+
+}  // namespace

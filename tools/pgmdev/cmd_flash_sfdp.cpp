@@ -184,6 +184,7 @@ void register_flash_sfdp_command(CLI::App* flash, Options& options) {
   cmd->add_flag("--value", request->value, "Print only the sealed configuration value");
   add_json_flag(cmd, options);
   cmd->callback([&options, request] { run_sfdp(options, *request); });
+  register_flash_audit_command(flash, options);
 }
 
 std::shared_ptr<SfdpDefineRequest> add_define_sfdp_options(CLI::App* define) {

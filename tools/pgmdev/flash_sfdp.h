@@ -17,6 +17,8 @@ struct SfdpDefineRequest {
 };
 
 void register_flash_sfdp_command(CLI::App* flash, Options& options);
+// `flash audit`, registered with `flash sfdp`.
+void register_flash_audit_command(CLI::App* flash, Options& options);
 
 // Adds --sfdp, --id and --name to `flash define`.
 std::shared_ptr<SfdpDefineRequest> add_define_sfdp_options(CLI::App* define);

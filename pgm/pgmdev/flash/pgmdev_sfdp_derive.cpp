@@ -26,8 +26,9 @@ struct MAKER {
 };
 
 // JEDEC bank-1 manufacturer codes of serial NOR makers, named as the shipped table names them.
+// Spansion's FL-P parts count their capacity byte in Mbit steps (S25FL064P answers 16).
 const MAKER MAKERS[] = {
-    {0x01, "Spansion", true},
+    {0x01, "Spansion", false},
     {0x0B, "XTX", true},
     {0x1C, "EON", true},
     {0x1F, "Adesto", false},
@@ -69,22 +70,6 @@ std::string size_text(QWORD bytes) {
 }
 
 QWORD ceil_div(QWORD value, QWORD by) { return (value + by - 1) / by; }
-
-// The size in bits that the capacity byte gives, where the maker follows log2 (beyond
-// 0x19 the count goes on as 0x20, 0x21, 0x22); 0 where it cannot be told.
-QWORD identifier_bits(BYTE maker_code, BYTE capacity) {
-  const MAKER* m = maker(maker_code);
-  if (!m || !m->log2_capacity) return 0;
-  if (capacity >= 0x10 && capacity <= 0x1F) return QWORD(8) << capacity;
-  if (capacity >= 0x20 && capacity <= 0x22) return QWORD(8) << (capacity - 6);
-  return 0;
-}
-
-bool odd_parity(BYTE value) {
-  int ones = 0;
-  for (int i = 0; i < 8; ++i) ones += (value >> i) & 1;
-  return ones % 2 == 1;
-}
 
 // Erase types a record's sector may be: 1 KB to 1 MiB, and no larger than the chip.
 BYTE candidate_types(const std::array<PGMDEV_SFDP_ERASE_TYPE, 4>& erase, QWORD chip_bytes) {
@@ -143,6 +128,22 @@ int pick(const std::array<PGMDEV_SFDP_ERASE_TYPE, 4>& erase, BYTE pool, bool lar
 }
 
 }  // namespace
+
+// The size in bits that the capacity byte gives, where the maker follows log2 (beyond
+// 0x19 the count goes on as 0x20, 0x21, 0x22); 0 where it cannot be told.
+QWORD PGMDEV_SFDP_DEFINITION::identifier_bits(BYTE maker_code, BYTE capacity) {
+  const MAKER* m = maker(maker_code);
+  if (!m || !m->log2_capacity) return 0;
+  if (capacity >= 0x10 && capacity <= 0x1F) return QWORD(8) << capacity;
+  if (capacity >= 0x20 && capacity <= 0x22) return QWORD(8) << (capacity - 6);
+  return 0;
+}
+
+bool PGMDEV_SFDP_DEFINITION::has_odd_parity(BYTE value) {
+  int ones = 0;
+  for (int i = 0; i < 8; ++i) ones += (value >> i) & 1;
+  return ones % 2 == 1;
+}
 
 const char* PGMDEV_SFDP_DEFINITION::manufacturer_of(BYTE jedec_code) {
   const MAKER* m = maker(jedec_code);
@@ -233,7 +234,7 @@ void PGMDEV_SFDP_DEFINITION::set_identifier(const std::vector<BYTE>& id) {
     source("manufacturer_name", "default: manufacturer code " + hex2(id[0]) + " not known");
     m_warnings.push_back("manufacturer code " + hex2(id[0]) + " is not in the table of makers");
   }
-  if (!odd_parity(id[0])) {
+  if (!has_odd_parity(id[0])) {
     m_warnings.push_back("manufacturer byte " + hex2(id[0]) +
                          " has even parity: JEDEC codes have odd parity, check the identifier");
   }

@@ -1,0 +1,122 @@
+// Holds flash records against the chips' own SFDP tables and against the table's rules.
+#include <algorithm>
+#include <map>
+
+#include "pgmdev_sfdp.h"
+
+namespace {
+
+constexpr QWORD MBIT = 1048576;
+
+// Whether the record answers these identifier bytes (arrival order), as identification does.
+bool answers(const PGMDEV_SFL_FLASH_INFO& r, const std::vector<BYTE>& id) {
+  if (r.silicon_id || id.size() != 3 || r.memory_id_index > 2) return false;
+  return id[r.memory_id_index] == r.memory_id &&
+         (r.memory_type_index > 2 || id[r.memory_type_index] == r.memory_type) &&
+         (r.mfc_id_index > 2 || id[r.mfc_id_index] == r.mfc_id);
+}
+
+// The bytes a chip of this record sends, where the record checks them.
+std::vector<BYTE> identifier_of(const PGMDEV_SFL_FLASH_INFO& r) {
+  std::vector<BYTE> id(3, 0);
+  if (r.memory_id_index <= 2) id[r.memory_id_index] = r.memory_id;
+  if (r.memory_type_index <= 2) id[r.memory_type_index] = r.memory_type;
+  if (r.mfc_id_index <= 2) id[r.mfc_id_index] = r.mfc_id;
+  return id;
+}
+
+QWORD seconds(QWORD ms) { return (ms + 999) / 1000; }
+
+std::string upper(std::string text) {
+  for (char& c : text) c = char(std::toupper(static_cast<unsigned char>(c)));
+  return text;
+}
+
+}  // namespace
+
+void PGMDEV_SFDP_AUDIT::add_dump(const std::string& name, const std::vector<BYTE>& id,
+                                 const PGMDEV_SFDP& sfdp) {
+  m_dumps.push_back({name, id, sfdp});
+}
+
+void PGMDEV_SFDP_AUDIT::find(const PGMDEV_SFL_FLASH_INFO& record, const std::string& dump,
+                             const std::string& text) {
+  m_findings.push_back({record.device_name, dump, text});
+}
+
+void PGMDEV_SFDP_AUDIT::check(const PGMDEV_SFL_FLASH_INFO* records, DWORD count) {
+  for (DWORD i = 0; i < count; ++i) {
+    for (const DUMP& dump : m_dumps) {
+      if (answers(records[i], dump.id)) check_against(records[i], dump);
+    }
+  }
+  check_rules(records, count);
+}
+
+void PGMDEV_SFDP_AUDIT::check_against(const PGMDEV_SFL_FLASH_INFO& r, const DUMP& dump) {
+  ++m_pairs;
+  try {
+    const PGMDEV_SFDP_DEFINITION chip(dump.sfdp, dump.id);
+    const PGMDEV_SFL_FLASH_INFO& c = chip.record();
+    if (c.device_bit_size != r.device_bit_size) {
+      find(r, dump.name,
+           "size " + std::to_string(r.device_bit_size / MBIT) + " Mbit, the chip's " +
+               std::to_string(c.device_bit_size / MBIT) + " Mbit");
+    }
+    if (r.device_sector_byte > c.device_sector_byte) {
+      find(r, dump.name,
+           "sector " + std::to_string(r.device_sector_byte / 1024) + " KB, but " +
+               std::to_string(c.device_sector_byte / 1024) +
+               " KB is the largest erase size every region supports");
+    }
+  } catch (const PGMDEV_SFDP_ERROR& error) {
+    find(r, dump.name, std::string("no definition from the dump: ") + error.what());
+  }
+  const PGMDEV_SFDP& t = dump.sfdp;
+  if (!t.has_times()) return;
+  for (const PGMDEV_SFDP_ERASE_TYPE& e : t.erase_types()) {
+    if (e.size == r.device_sector_byte && seconds(e.maximum_ms) > r.sec_erase_time) {
+      find(r, dump.name,
+           "sector erase " + std::to_string(r.sec_erase_time) + " s, the chip's " + "maximum " +
+               std::to_string(e.maximum_ms) + " ms");
+    }
+  }
+  if (seconds(t.chip_erase_maximum_ms()) > r.bulk_erase_time) {
+    find(r, dump.name,
+         "bulk erase " + std::to_string(r.bulk_erase_time) + " s, the chip's " + "maximum " +
+             std::to_string(t.chip_erase_maximum_ms() / 1000) + " s");
+  }
+  if (t.program_maximum_us() > r.program_utime) {
+    find(r, dump.name,
+         "page program " + std::to_string(r.program_utime) + " us, the chip's " + "maximum " +
+             std::to_string(t.program_maximum_us()) + " us");
+  }
+}
+
+void PGMDEV_SFDP_AUDIT::check_rules(const PGMDEV_SFL_FLASH_INFO* records, DWORD count) {
+  std::map<std::string, int> defaults;
+  for (DWORD i = 0; i < count; ++i) {
+    const PGMDEV_SFL_FLASH_INFO& r = records[i];
+    defaults[upper(r.device_name)] += r.default_dev ? 1 : 0;
+    if (r.mfc_id_index <= 2 && !PGMDEV_SFDP_DEFINITION::has_odd_parity(r.mfc_id)) {
+      find(r, "", "manufacturer byte has even parity");
+    }
+    const QWORD by_id =
+        r.memory_id_index == 2 ? PGMDEV_SFDP_DEFINITION::identifier_bits(r.mfc_id, r.memory_id) : 0;
+    if (by_id && by_id != r.device_bit_size && by_id * r.die_count != r.device_bit_size) {
+      find(r, "", "capacity byte means " + std::to_string(by_id / MBIT) + " Mbit");
+    }
+    for (DWORD j = 0; j < i && !r.silicon_id; ++j) {
+      if (answers(records[j], identifier_of(r))) {
+        find(r, "", "hidden: " + records[j].device_name + " answers its identifier first");
+        break;
+      }
+    }
+  }
+  for (const auto& [name, count_of_defaults] : defaults) {
+    if (count_of_defaults != 1) {
+      m_findings.push_back(
+          {name, "", std::to_string(count_of_defaults) + " default records of this name"});
+    }
+  }
+}

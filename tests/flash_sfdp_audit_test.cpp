@@ -1,0 +1,103 @@
+// The shipped flash table held against the chips' own SFDP tables (tests/data/sfdp) and its
+// own rules: the disagreements found are those an independent reading of the dumps found.
+#include <set>
+
+#include "flash_test_support.h"
+#include "pgmdev_sfdp.h"
+
+namespace {
+
+using namespace flash_test;
+
+const std::string DATA = std::string(PGMDEV_SOURCE_DIR) + "/tests/data/sfdp/";
+
+std::string read_text(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+class FlashSfdpAudit : public FlashTest {
+ protected:
+  // Every dump of chips.tsv against the shipped table with every gated record switched on.
+  PGMDEV_SFDP_AUDIT audit_shipped() {
+    generate_shipped();
+    for (const char* gate : {"DIE_SELECT", "UNVERIFIED"})
+      cfg_set_value(std::string("PGM_ALLOW_") + gate, "on");
+    const PGMDEV_FLASH_MANAGER manager(false, 1);
+    m_records = manager.get_flash_count();
+    PGMDEV_SFDP_AUDIT audit;
+    std::istringstream lines(read_text(DATA + "chips.tsv"));
+    std::string line;
+    while (std::getline(lines, line)) {
+      if (line.empty() || line[0] == '#' || line.rfind("file", 0) == 0) continue;
+      std::istringstream cells(line);
+      std::string file, id;
+      cells >> file >> id;
+      audit.add_dump(file, id_bytes(id),
+                     PGMDEV_SFDP(PGMDEV_SFDP::dump_bytes(read_text(DATA + file))));
+    }
+    audit.check(manager.get_flash_database(), manager.get_flash_count());
+    return audit;
+  }
+  DWORD m_records = 0;
+};
+
+bool found(const PGMDEV_SFDP_AUDIT& audit, const std::string& record, const std::string& text) {
+  for (const PGMDEV_SFDP_FINDING& f : audit.findings()) {
+    if (f.record == record && f.text.find(text) != std::string::npos) return true;
+  }
+  return false;
+}
+
+// The disagreements an independent reading of the dumps found, and no others of their kind:
+// sizes all agree, the table keeps its own rules.
+TEST_F(FlashSfdpAudit, FindsTheKnownDisagreementsOfTheShippedTable) {
+  const PGMDEV_SFDP_AUDIT audit = audit_shipped();
+  EXPECT_EQ(audit.dumps(), 37u);
+  EXPECT_GE(audit.pairs(), 20u);
+  std::set<std::string> sectors;
+  for (const PGMDEV_SFDP_FINDING& f : audit.findings()) {
+    EXPECT_FALSE(f.dump.empty()) << "a rule of the table itself: " << f.record << ": " << f.text;
+    EXPECT_NE(f.text.rfind("size ", 0), 0u) << f.record << ": " << f.text;
+    if (f.text.find("largest erase size") != std::string::npos) sectors.insert(f.record);
+  }
+  EXPECT_EQ(sectors, (std::set<std::string>{"SST26VF032B", "SST26VF064B"}));
+  EXPECT_TRUE(found(audit, "MX66L1G45G", "sector erase 3 s, the chip's maximum 4032 ms"));
+  EXPECT_TRUE(found(audit, "MX25U25645G", "bulk erase 512 s, the chip's maximum 1216 s"));
+  EXPECT_TRUE(found(audit, "W25Q01JV-IQ", "page program 3000 us, the chip's maximum 4224 us"));
+}
+
+// The table's own rules, on records made to break them.
+TEST_F(FlashSfdpAudit, TableRules) {
+  PGMDEV_SFL_FLASH_INFO a;
+  a.device_name = "A";
+  a.default_dev = true;
+  a.mfc_id = 0xEF;
+  a.memory_type = 0x40;
+  a.memory_type_index = 1;
+  a.memory_id = 0x18;
+  a.memory_id_index = 2;
+  a.die_count = 1;
+  a.device_bit_size = 134217728;
+  PGMDEV_SFL_FLASH_INFO hidden = a, even = a, wrong_size = a, no_default = a;
+  hidden.device_name = "HIDDEN";
+  even.device_name = "EVEN";
+  even.mfc_id = 0xEE;
+  wrong_size.device_name = "BIG";
+  wrong_size.memory_type = 0x41;
+  wrong_size.device_bit_size = 268435456;
+  no_default.device_name = "A";
+  no_default.memory_type = 0x42;
+  const std::vector<PGMDEV_SFL_FLASH_INFO> records = {a, hidden, even, wrong_size, no_default};
+  PGMDEV_SFDP_AUDIT audit;
+  audit.check(records.data(), DWORD(records.size()));
+  EXPECT_TRUE(found(audit, "HIDDEN", "hidden: A answers its identifier first"));
+  EXPECT_TRUE(found(audit, "EVEN", "even parity"));
+  EXPECT_TRUE(found(audit, "BIG", "capacity byte means 128 Mbit"));
+  EXPECT_TRUE(found(audit, "A", "2 default records"));
+  EXPECT_EQ(audit.findings().size(), 4u);
+}
+
+}  // namespace
