@@ -19,6 +19,7 @@ import sys
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 FACTS = os.path.join(HERE, "flash_chips.tsv")
+SFDP_MAXIMA = os.path.join(HERE, "flash_sfdp_maxima.tsv")
 OUTPUT = os.path.join(HERE, "pgm_flash.csv")
 
 COLUMNS = [
@@ -72,7 +73,7 @@ NOTES_AFTER = [
     "per Mbit (at least 30 s), unknown sector erase 3 s per 64 KB, unknown page program 5 ms. "
     "Protection: the value sets every block-protect bit of the mask, the unprotect value clears "
     "them; division 6 for three block-protect bits, log2(size / 64 KB) for four, FF without "
-    "known status-register protection. Gated: UNVERIFIED where the facts are doubtful, "
+    "known status-register protection. Where chips' own SFDP dumps exist (data/flash_sfdp_maxima.tsv), every time is at least the largest maximum they declare (erase times rounded up to whole seconds, page program to whole milliseconds) and the sector is the largest erase size every region of their erase layout supports. Gated: UNVERIFIED where the facts are doubtful, "
     "DIE_SELECT where the chip needs software die selection.",
 ]
 
@@ -134,6 +135,32 @@ def protection(row, size_bytes):
     division = 6 if bits == 3 else int(math.log2(size_bytes // 65536))
     tb = re.match(r"^SR1?\[(\d)\]$", row["TB_bit"].rstrip("?"))
     return mask, division, (1 << int(tb.group(1))) if tb else 0
+
+
+def sfdp_maxima():
+    """Per identifier ("C2 20 1B"): the smallest sector and the largest declared times of its dumps."""
+    maxima = {}
+    with open(SFDP_MAXIMA, encoding="utf-8") as table:
+        lines = [line for line in table if not line.startswith("#")]
+    for row in csv.DictReader(lines, delimiter="\t"):
+        entry = maxima.setdefault(row["rdid_9F"].upper(), {"sector_kb": int(row["sector_KB"])})
+        entry["sector_kb"] = min(entry["sector_kb"], int(row["sector_KB"]))
+        for key in ("sector_erase_max_ms", "chip_erase_max_ms", "page_program_max_us"):
+            if row[key] != "-":
+                entry[key] = max(entry.get(key, 0), int(row[key]))
+    return maxima
+
+
+def apply_sfdp(record, entry):
+    """The chip's own sector rule, and its declared maxima where they exceed the estimates."""
+    record["device_sector_byte"] = min(record["device_sector_byte"], entry["sector_kb"] * 1024)
+    if "sector_erase_max_ms" in entry:  # never below the estimate: stacked dies erase in turn
+        record["sec_erase_time"] = max(record["sec_erase_time"],
+                                       math.ceil(entry["sector_erase_max_ms"] / 1000))
+        record["bulk_erase_time"] = max(record["bulk_erase_time"],
+                                        math.ceil(entry["chip_erase_max_ms"] / 1000))
+        record["program_utime"] = max(record["program_utime"],
+                                      1000 * math.ceil(entry["page_program_max_us"] / 1000))
 
 
 def chip_record(row):
@@ -210,9 +237,12 @@ def cell(kind, value):
 def build():
     with open(FACTS, newline="", encoding="utf-8") as facts:
         rows = list(csv.DictReader(facts, delimiter="\t"))
+    maxima = sfdp_maxima()
     groups = {}
     for row in rows:
         record = chip_record(row)
+        if row["rdid_9F"].upper() in maxima:
+            apply_sfdp(record, maxima[row["rdid_9F"].upper()])
         key = (record["mfc_id"], int(row["mem_type"], 16), int(row["cap_byte"], 16))
         groups.setdefault(key, []).append(record)
     lines = [",".join(k for k, _ in COLUMNS), ",".join(n for _, n in COLUMNS)]
