@@ -60,18 +60,33 @@ class PGMDEV_FLASH_INI {
   // when the file, its table or the section is missing or inconsistent.
   static BYTE* read_flash_ini_data(PGMDEV_FLASH_INI_ENUM section, DWORD& size);
 
-  // Replaces one section (size 0 and null data removes it), keeping the others. The file
-  // is replaced atomically under an advisory lock on the sidecar "pgm_flash.ini.lock".
-  // False when the section is out of range or the new file cannot be written durably;
-  // the old file is then left as it was.
+  // Replaces one section (size 0 and null data removes it), keeping the others; a file that
+  // is not a valid data file is rewritten from scratch. The file is replaced atomically
+  // under an advisory lock on the sidecar "pgm_flash.ini.lock"; a symbolic link is written
+  // through. False when the section is out of range, or the file is read-only, cannot be
+  // opened for writing or is no regular file, or the new file cannot be written durably;
+  // the old file is then left as it was. A writable file in a folder that takes no new
+  // name is written in place (true).
   static bool write_flash_ini_data(PGMDEV_FLASH_INI_ENUM section, BYTE* data, DWORD size);
 
   // Read-modify-write of one section under the same lock as write_flash_ini_data, so
   // that concurrent updaters lose nothing. `modify` receives the current bytes (empty when
   // the section is absent) and returns false to leave the file alone; an empty result
-  // removes the section. True when the new file was written.
+  // removes the section. True when the new file was written; otherwise `error` (when
+  // given) says why, naming the file. With `refuse_invalid_file`, a file that is there but
+  // is not a valid data file is left as it is (false) rather than rewritten from scratch.
   static bool update_flash_ini_data(PGMDEV_FLASH_INI_ENUM section,
-                                    const std::function<bool(std::vector<BYTE>& block)>& modify);
+                                    const std::function<bool(std::vector<BYTE>& block)>& modify,
+                                    std::string* error = nullptr, bool refuse_invalid_file = false);
+
+  // Full path of the data file.
+  static std::string get_flash_ini_path();
+  // False, with what is wrong in `reason`, when the data file is there but is not a valid
+  // data file (a missing file is valid: it holds no definitions).
+  static bool check_flash_ini_file(std::string& reason);
+  // Copies the data file as it is to "<path>.bad-<date-time>" (named in `kept`), before a
+  // damaged file is given up; false with `error` when no copy could be made.
+  static bool keep_flash_ini_file(std::string& kept, std::string& error);
 
   // Record codec: adds one parameter's encoded size to `size`.
   static void calculate_flash_ini_data_size(DWORD& size, PGMDEV_PARAM_TYPE type, void* data);

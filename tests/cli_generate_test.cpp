@@ -48,8 +48,8 @@ TEST_F(CliGenerate, SingleGeneratorsAndTheirRefusals) {
   ASSERT_EQ(result.exit_code, 0) << result.err;
   EXPECT_EQ(read_whole_file(out), read_whole_file(SHARE / "programmer/pgm_flash.pcf"));
 
-  // A table cut to its first columns: an internal error with its condition and module,
-  // and no file written.
+  // A table cut to its first columns: an internal error with its condition and module, the
+  // output named as not replaced, and no file written.
   std::ifstream in(SOURCE / "data/pgm_dev_info.csv");
   std::ofstream bad(m_dir / "bad.csv");
   for (std::string line; std::getline(in, line);) bad << line.substr(0, 100) << '\n';
@@ -57,7 +57,11 @@ TEST_F(CliGenerate, SingleGeneratorsAndTheirRefusals) {
   result = run_cli(
       {"generate", "device-info", (m_dir / "bad.csv").string(), (m_dir / "out.pcf").string()});
   EXPECT_EQ(result.exit_code, 3);
-  EXPECT_EQ(result.err.rfind("pgmdev: internal error in pgm/pgmdev/pgmdev_dev_info_manager", 0), 0u)
+  EXPECT_NE(result.err.find("\npgmdev: internal error in pgm/pgmdev/pgmdev_dev_info_manager"),
+            std::string::npos)
+      << result.err;
+  EXPECT_EQ(result.err.rfind("pgmdev: " + (m_dir / "out.pcf").string() + " was not replaced\n", 0),
+            0u)
       << result.err;
   EXPECT_FALSE(fs::exists(m_dir / "out.pcf"));
 

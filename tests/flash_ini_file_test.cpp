@@ -126,11 +126,13 @@ TEST_F(FlashIniFile, FailedWritesKeepTheOldFile) {
             0);
   EXPECT_EQ(read_bytes(m_path), before);
 
-  // The temporary file cannot be created.
-  std::filesystem::create_directory(m_path + ".tmp");
+  // A folder where the file should be is refused, and stays a folder.
+  std::filesystem::rename(m_path, m_path + ".saved");
+  std::filesystem::create_directory(m_path);
   EXPECT_FALSE(write_section(PGMDEV_FLASH_INI_HPS_SPI, big));
-  EXPECT_EQ(read_bytes(m_path), before);
-  std::filesystem::remove(m_path + ".tmp");
+  EXPECT_TRUE(std::filesystem::is_directory(m_path));
+  std::filesystem::remove(m_path);
+  std::filesystem::rename(m_path + ".saved", m_path);
 
   // A read-only folder; root ignores folder permissions, so the writer drops root first.
   chmod(m_path.c_str(), 0644);

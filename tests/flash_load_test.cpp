@@ -1,7 +1,7 @@
 // Flash database loading, gating, the default check and the per-device queries.
-#include "flash_test_support.h"
 #include "base/pgmdev_check.h"
 #include "codec/pgmdev_db_container.h"
+#include "flash_test_support.h"
 
 namespace {
 
@@ -9,6 +9,15 @@ using namespace flash_test;
 
 std::string load_error(DWORD device_count = 1) {
   return internal_error_of([=] { PGMDEV_FLASH_MANAGER(false, device_count); });
+}
+
+// Renames the first string value `from` (tag, length, bytes) of a body to `to`, same length.
+void rename_in(std::vector<BYTE>& body, const std::string& from, const std::string& to) {
+  std::vector<BYTE> pattern = {2, BYTE(from.size())};
+  pattern.insert(pattern.end(), from.begin(), from.end());
+  const auto at = std::search(body.begin(), body.end(), pattern.begin(), pattern.end());
+  ASSERT_NE(at, body.end());
+  std::copy(to.begin(), to.end(), at + 2);
 }
 
 class FlashLoad : public FlashTest {
@@ -55,9 +64,25 @@ TEST_F(FlashLoad, GatedRecordsLoadOnlyWithTheirSwitch) {
 }
 
 TEST_F(FlashLoad, EachChipNameNeedsExactlyOneDefault) {
-  generate_records({record("A", "EF4018"), record("B", "EF4019"), record("a", "EF4020")});
+  // The generator loads what it wrote, so it refuses such tables and leaves no file behind.
+  EXPECT_EQ(
+      internal_error_of([&] {
+        generate_records({record("A", "EF4018"), record("B", "EF4019"), record("a", "EF4020")});
+      }),
+      "!one_default");
+  EXPECT_FALSE(fs::exists(pcf_path()));
+  EXPECT_EQ(internal_error_of([&] {
+              generate_records({record("A", "EF4018", {{"default_dev", "FALSE"}})});
+            }),
+            "one_default");
+  EXPECT_FALSE(fs::exists(pcf_path()));
+  // Files that break the rule after generation: a second default, and a name without one.
+  generate_records({record("AA", "EF4018"), record("BB", "EF4019")});
+  edit_body([](std::vector<BYTE>& body) { rename_in(body, "BB", "aa"); });
   EXPECT_EQ(load_error(), "!one_default");
-  generate_records({record("A", "EF4018", {{"default_dev", "FALSE"}})});
+  generate_records({record("AA", "EF4018"), record("BB", "EF4019", {{"default_dev", "FALSE"}}),
+                    record("BB", "EF401A")});
+  edit_body([](std::vector<BYTE>& body) { rename_in(body, "BB", "CC"); });
   EXPECT_EQ(load_error(), "one_default");
   // Alternatives with one default pass; a disabled second default does not count.
   generate_records({record("A", "EF4018"), record("a", "EF4019", {{"default_dev", "FALSE"}}),

@@ -1,12 +1,18 @@
 // `pgmdev generate`: builds the database files from their source tables with the library's
-// own generators, one at a time or the whole share/pgmdev tree from a data folder.
+// own generators, one at a time or the whole share/pgmdev tree from a data folder. Nothing
+// is replaced unless what replaces it loads.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 #include <memory>
 
 #include "cli.h"
 #include "pgmdev_dev_info_manager.h"
+#include "pgmdev_file_set.h"
 #include "pgmdev_flash_manager.h"
 #include "platform.h"
 
@@ -20,6 +26,25 @@ void require_source(const std::string& path) {
   if (!fs::is_regular_file(path)) throw CliError("no source table at " + path);
 }
 
+// The output's folder is made when missing, as `generate all` makes its tree.
+void make_output_folder(const std::string& out) {
+  const fs::path folder = fs::path(out).parent_path();
+  std::error_code error;
+  if (!folder.empty()) fs::create_directories(folder, error);
+  if (error) throw CliError("cannot make the folder " + folder.string() + ": " + error.message());
+}
+
+// Runs a generator; when it stops, the output is named as left alone before the report.
+template <class GENERATE>
+void generating(const std::string& out, GENERATE generate) {
+  try {
+    generate();
+  } catch (const MSG_INTERNAL_ERROR_EXCEPTION&) {
+    std::cerr << "pgmdev: " << out << " was not replaced\n";
+    throw;
+  }
+}
+
 void generate_device_info(const std::string& csv, const std::string& out,
                           const std::string& install_dir) {
   require_source(csv);
@@ -31,30 +56,85 @@ void generate_device_info(const std::string& csv, const std::string& out,
   PGM_COMMON::set_email_hook([](const std::string&, const std::string& text, const std::string&) {
     std::cerr << "pgmdev: notice: " << text.substr(0, text.find('\n')) << '\n';
   });
-  PGMDEV_DEV_INFO_MANAGER manager(true, 0);
-  manager.generate_device_database(csv, out);
-  std::cout << "wrote " << out << '\n';
+  make_output_folder(out);
+  generating(out, [&] {
+    PGMDEV_DEV_INFO_MANAGER manager(true, 0);
+    manager.generate_device_database(csv, out);
+  });
 }
 
 void generate_flash(const std::string& csv, const std::string& out) {
   require_source(csv);
-  PGMDEV_FLASH_MANAGER manager(false, 1, true, false);
-  manager.generate_flash_database(FIO_PATH(csv), FIO_PATH(out));
-  std::cout << "wrote " << out << '\n';
+  make_output_folder(out);
+  generating(out, [&] {
+    PGMDEV_FLASH_MANAGER manager(false, 1, true, false);
+    manager.generate_flash_database(FIO_PATH(csv), FIO_PATH(out));
+  });
 }
 
+std::vector<BYTE> file_bytes(const fs::path& path) {
+  std::ifstream input(path, std::ios::binary);
+  std::vector<BYTE> bytes((std::istreambuf_iterator<char>(input)),
+                          std::istreambuf_iterator<char>());
+  if (input.bad()) throw CliError("cannot read " + path.string());
+  return bytes;
+}
+
+// A scratch folder inside the tree (so its files can be renamed into place), removed with
+// whatever it still holds when the command ends, well or not.
+class ASIDE_FOLDER {
+ public:
+  explicit ASIDE_FOLDER(const fs::path& tree)
+      : m_path(tree / (".generate-" + std::to_string(::getpid()))) {
+    fs::remove_all(m_path);
+    fs::create_directories(m_path / "h");
+    fs::create_directories(m_path / "programmer");
+  }
+  ~ASIDE_FOLDER() {
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
+  }
+  const fs::path& path() const { return m_path; }
+
+ private:
+  fs::path m_path;
+};
+
+// The whole tree is generated aside and checked; only then are its files swapped in, all
+// together. A failure anywhere leaves the old tree as it was.
 void generate_all(const std::string& data, const std::string& out_option) {
-  const std::string out = out_option.empty() ? gen_get_device_db_fullpath() : out_option;
-  fs::create_directories(fs::path(out) / "programmer");
-  fs::create_directories(fs::path(out) / "h");
+  const fs::path out = out_option.empty() ? gen_get_device_db_fullpath() : out_option;
   const fs::path parts_source = fs::path(data) / "pgm_parts.txt";
   require_source(parts_source.string());
-  fs::copy_file(parts_source, fs::path(out) / "h" / "pgm_parts.txt",
-                fs::copy_options::overwrite_existing);
-  std::cout << "wrote " << (fs::path(out) / "h" / "pgm_parts.txt").string() << '\n';
+  require_source((fs::path(data) / "pgm_dev_info.csv").string());
+  require_source((fs::path(data) / "pgm_flash.csv").string());
+  fs::create_directories(out / "programmer");
+  fs::create_directories(out / "h");
+  const ASIDE_FOLDER aside(out);
+  const std::vector<BYTE> parts = file_bytes(parts_source);
+  fs::copy_file(parts_source, aside.path() / "h" / "pgm_parts.txt");  // the generator's input
   generate_device_info((fs::path(data) / "pgm_dev_info.csv").string(),
-                       out + "/programmer/pgm_dev_info.pcf", out);
-  generate_flash((fs::path(data) / "pgm_flash.csv").string(), out + "/programmer/pgm_flash.pcf");
+                       (aside.path() / "programmer" / "pgm_dev_info.pcf").string(),
+                       aside.path().string());
+  generate_flash((fs::path(data) / "pgm_flash.csv").string(),
+                 (aside.path() / "programmer" / "pgm_flash.pcf").string());
+  PGMDEV_FILE_SET tree;
+  std::string error;
+  const fs::path parts_out = out / "h" / "pgm_parts.txt";
+  bool ready = tree.add_bytes(parts_out.string(), parts, error);
+  for (const char* name : {"pgm_dev_info.pcf", "pgm_flash.pcf"}) {
+    ready = ready && tree.add_file((aside.path() / "programmer" / name).string(),
+                                   (out / "programmer" / name).string(), error);
+  }
+  std::string note;
+  if (!ready || !tree.replace_all(error, note)) {
+    throw CliError(error + "; the tree " + out.string() + " was left as it was");
+  }
+  if (!note.empty()) std::cerr << "pgmdev: warning: " << note << '\n';
+  std::cout << "wrote " << parts_out.string() << '\n';
+  for (const char* name : {"pgm_dev_info.pcf", "pgm_flash.pcf"}) {
+    std::cout << "wrote " << (out / "programmer" / name).string() << '\n';
+  }
 }
 
 struct GenerateArgs {
@@ -75,13 +155,19 @@ void register_generate_commands(CLI::App& app, Options&) {
   device->add_option(
       "--install-dir", args->install_dir,
       "Folder whose h/pgm_parts.txt is the parts list (default: the installation's)");
-  device->callback([args] { generate_device_info(args->csv, args->out, args->install_dir); });
+  device->callback([args] {
+    generate_device_info(args->csv, args->out, args->install_dir);
+    std::cout << "wrote " << args->out << '\n';
+  });
 
   CLI::App* flash = generate->add_subcommand(
       "flash", "Build programmer/pgm_flash.pcf from the serial flash table");
   flash->add_option("CSV", args->csv, "Source table, e.g. data/pgm_flash.csv")->required();
   flash->add_option("OUT", args->out, "Database file to write")->required();
-  flash->callback([args] { generate_flash(args->csv, args->out); });
+  flash->callback([args] {
+    generate_flash(args->csv, args->out);
+    std::cout << "wrote " << args->out << '\n';
+  });
 
   CLI::App* all = generate->add_subcommand(
       "all", "Rebuild the whole share/pgmdev tree (parts list and both databases) from data/");

@@ -43,6 +43,7 @@ std::string cell(const HPS_KIND<RECORD>& kind, const RECORD& record, DWORD i) {
 
 template <class RECORD, class MGR>
 void list(const Options& options, const HPS_KIND<RECORD>& kind) {
+  warn_if_data_file_damaged();  // its user definitions would otherwise just be missing
   MGR* manager = MGR::get_mgr();
   const auto& records = manager->get_list();
   const size_t users = manager->get_user_list().size();
@@ -68,23 +69,27 @@ void list(const Options& options, const HPS_KIND<RECORD>& kind) {
 }
 
 template <class RECORD>
-void add(const HPS_KIND<RECORD>& kind) {
+void add(const HPS_KIND<RECORD>& kind, bool force) {
+  if (!force) check_data_file_before_edit();  // before the questions, not after them
   RECORD record;
   prompt_record(kind, record, std::cin, std::cout);
-  append_user_record(kind, record);
+  append_user_record(kind, record, force);
   std::cout << "Added to the " << PGMDEV_FLASH_INI_SECTION_NAMES[kind.section] << " section of "
             << gen_get_module_path() << "/pgm_flash.ini\n";
 }
 
 template <class RECORD>
-void remove(const HPS_KIND<RECORD>& kind, size_t index) {
-  const size_t left = remove_user_record(kind, index);
+void remove(const HPS_KIND<RECORD>& kind, size_t index, bool force) {
+  const size_t left = remove_user_record(kind, index, force);
   std::cout << "Removed user definition " << index << "; " << left << " left\n";
 }
 
 void register_kind_commands(CLI::App* hps, Options& options) {
   auto kind = std::make_shared<std::string>();
   auto index = std::make_shared<size_t>(0);
+  auto force = std::make_shared<bool>(false);
+  const char* force_help =
+      "Rewrite a damaged pgm_flash.ini; it is first kept as pgm_flash.ini.bad-<date-time>";
   const std::vector<std::string> kinds = {"spi", "nand"};
 
   CLI::App* list_cmd =
@@ -101,13 +106,18 @@ void register_kind_commands(CLI::App* hps, Options& options) {
 
   CLI::App* add_cmd = hps->add_subcommand("add", "Define an HPS boot flash by dialogue");
   add_cmd->add_option("KIND", *kind, "spi or nand")->required()->check(CLI::IsMember(kinds));
-  add_cmd->callback([kind] { *kind == "spi" ? add(hps_spi_kind()) : add(hps_nand_kind()); });
+  add_cmd->add_flag("--force", *force, force_help);
+  add_cmd->callback([kind, force] {
+    *kind == "spi" ? add(hps_spi_kind(), *force) : add(hps_nand_kind(), *force);
+  });
 
   CLI::App* remove_cmd = hps->add_subcommand("remove", "Remove a user definition");
   remove_cmd->add_option("KIND", *kind, "spi or nand")->required()->check(CLI::IsMember(kinds));
   remove_cmd->add_option("INDEX", *index, "Its number in 'pgmdev hps list'")->required();
-  remove_cmd->callback([kind, index] {
-    *kind == "spi" ? remove(hps_spi_kind(), *index) : remove(hps_nand_kind(), *index);
+  remove_cmd->add_flag("--force", *force, force_help);
+  remove_cmd->callback([kind, index, force] {
+    *kind == "spi" ? remove(hps_spi_kind(), *index, *force)
+                   : remove(hps_nand_kind(), *index, *force);
   });
 }
 

@@ -109,22 +109,49 @@ bool accept(PGMDEV_PARAM_TYPE type, const HPS_RULE& rule, const std::string& ans
   return true;
 }
 
+std::string damaged_text(const std::string& reason) {
+  return PGMDEV_FLASH_INI::get_flash_ini_path() + " is not a valid flash INI data file: " + reason +
+         "; it was left as it is";
+}
+
+// Keeps the data file as it is under "<path>.bad-<date-time>" before a forced rewrite.
+void keep_damaged_file(const std::string& reason) {
+  std::string kept;
+  std::string error;
+  if (!PGMDEV_FLASH_INI::keep_flash_ini_file(kept, error)) throw CliError(error);
+  std::cerr << "pgmdev: " << PGMDEV_FLASH_INI::get_flash_ini_path()
+            << " is not a valid flash INI data file: " << reason << "; kept it as " << kept << '\n';
+}
+
+// The records of the kind's section. A section this tool cannot read whole stops the edit
+// (its records would be lost), unless `force`: the file is then kept aside first and the
+// records that decode are carried over.
 template <class RECORD>
-std::vector<RECORD> decode_section(const HPS_KIND<RECORD>& kind, const std::vector<BYTE>& block) {
+std::vector<RECORD> decode_section(const HPS_KIND<RECORD>& kind, const std::vector<BYTE>& block,
+                                   bool force) {
   std::vector<RECORD> records;
   if (block.empty()) return records;
+  const std::string section = PGMDEV_FLASH_INI_SECTION_NAMES[kind.section];
   if (block.size() < PGMDEV_HPS_SIGNATURE_SIZE ||
       std::memcmp(block.data(), kind.signature, PGMDEV_HPS_SIGNATURE_SIZE) != 0) {
-    throw CliError(std::string("the ") + PGMDEV_FLASH_INI_SECTION_NAMES[kind.section] +
-                   " section of pgm_flash.ini is not in this version's format; left alone");
+    const std::string reason = "its " + section + " section is not in this version's format";
+    if (!force) throw CliError(damaged_text(reason));
+    keep_damaged_file(reason);
+    return records;
   }
   DWORD index = PGMDEV_HPS_SIGNATURE_SIZE;
   const DWORD size = static_cast<DWORD>(block.size());
   while (index < size) {
     RECORD record;
+    const DWORD start = index;
     if (!PGMDEV_FLASH_INI::assign_flash_ini_data(block.data(), index, size, kind.count, kind.types,
                                                  record.params)) {
-      break;  // as the list manager does: records after a broken one are lost
+      const std::string reason = "record " + std::to_string(records.size() + 1) + " of its " +
+                                 section + " section (at byte " + std::to_string(start) +
+                                 ") does not decode";
+      if (!force) throw CliError(damaged_text(reason));
+      keep_damaged_file(reason);
+      break;
     }
     records.push_back(record);
   }
@@ -151,14 +178,19 @@ std::vector<BYTE> encode_section(const HPS_KIND<RECORD>& kind, std::vector<RECOR
   return block;
 }
 
-// Read-modify-write of the kind's section; `edit` changes the decoded records.
+// Read-modify-write of the kind's section; `edit` changes the decoded records. A data file
+// that is there but damaged is never rewritten, unless `force` (kept aside first).
 template <class RECORD, class EDIT>
-void edit_section(const HPS_KIND<RECORD>& kind, EDIT edit) {
+void edit_section(const HPS_KIND<RECORD>& kind, bool force, EDIT edit) {
+  std::string reason;
+  if (force && !PGMDEV_FLASH_INI::check_flash_ini_file(reason)) keep_damaged_file(reason);
   std::string failure;
-  const bool written =
-      PGMDEV_FLASH_INI::update_flash_ini_data(kind.section, [&](std::vector<BYTE>& block) {
+  std::string error;
+  const bool written = PGMDEV_FLASH_INI::update_flash_ini_data(
+      kind.section,
+      [&](std::vector<BYTE>& block) {
         try {
-          std::vector<RECORD> records = decode_section(kind, block);
+          std::vector<RECORD> records = decode_section(kind, block, force);
           edit(records);
           block = encode_section(kind, records);
           return true;
@@ -166,9 +198,13 @@ void edit_section(const HPS_KIND<RECORD>& kind, EDIT edit) {
           failure = error.what();
           return false;
         }
-      });
+      },
+      &error, !force);
   if (!failure.empty()) throw CliError(failure);
-  if (!written) throw CliError("could not write " + gen_get_module_path() + "/pgm_flash.ini");
+  if (!written) {
+    throw CliError(error.empty() ? "could not write " + PGMDEV_FLASH_INI::get_flash_ini_path()
+                                 : error);
+  }
 }
 
 }  // namespace
@@ -192,14 +228,14 @@ void prompt_record(const HPS_KIND<RECORD>& kind, RECORD& record, std::istream& i
 }
 
 template <class RECORD>
-void append_user_record(const HPS_KIND<RECORD>& kind, RECORD& record) {
-  edit_section(kind, [&](std::vector<RECORD>& records) { records.push_back(record); });
+void append_user_record(const HPS_KIND<RECORD>& kind, RECORD& record, bool force) {
+  edit_section(kind, force, [&](std::vector<RECORD>& records) { records.push_back(record); });
 }
 
 template <class RECORD>
-size_t remove_user_record(const HPS_KIND<RECORD>& kind, size_t index) {
+size_t remove_user_record(const HPS_KIND<RECORD>& kind, size_t index, bool force) {
   size_t left = 0;
-  edit_section(kind, [&](std::vector<RECORD>& records) {
+  edit_section(kind, force, [&](std::vector<RECORD>& records) {
     if (index < 1 || index > records.size()) {
       throw CliError("no user definition " + std::to_string(index) + " (there are " +
                      std::to_string(records.size()) + ")");
@@ -215,10 +251,22 @@ template void prompt_record(const HPS_KIND<PGMDEV_HPS_SPI_STRUCTURE>&, PGMDEV_HP
 template void prompt_record(const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE>&, PGMDEV_HPS_NAND_STRUCTURE&,
                             std::istream&, std::ostream&);
 template void append_user_record(const HPS_KIND<PGMDEV_HPS_SPI_STRUCTURE>&,
-                                 PGMDEV_HPS_SPI_STRUCTURE&);
+                                 PGMDEV_HPS_SPI_STRUCTURE&, bool);
 template void append_user_record(const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE>&,
-                                 PGMDEV_HPS_NAND_STRUCTURE&);
-template size_t remove_user_record(const HPS_KIND<PGMDEV_HPS_SPI_STRUCTURE>&, size_t);
-template size_t remove_user_record(const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE>&, size_t);
+                                 PGMDEV_HPS_NAND_STRUCTURE&, bool);
+template size_t remove_user_record(const HPS_KIND<PGMDEV_HPS_SPI_STRUCTURE>&, size_t, bool);
+template size_t remove_user_record(const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE>&, size_t, bool);
+
+void check_data_file_before_edit() {
+  std::string reason;
+  if (!PGMDEV_FLASH_INI::check_flash_ini_file(reason)) throw CliError(damaged_text(reason));
+}
+
+bool warn_if_data_file_damaged() {
+  std::string reason;
+  if (PGMDEV_FLASH_INI::check_flash_ini_file(reason)) return false;
+  std::cerr << "pgmdev: warning: " << damaged_text(reason) << '\n';
+  return true;
+}
 
 }  // namespace pgmdev::cli

@@ -42,10 +42,18 @@ void prompt_record(const HPS_KIND<RECORD>& kind, RECORD& record, std::istream& i
                    std::ostream& out);
 
 // Appends a record to the kind's user section; removes the INDEX-th (from 1) user record
-// and returns how many are left. Both rewrite the file under its lock.
+// and returns how many are left. Both rewrite the file under its lock. A data file that is
+// there but not valid, or whose section does not decode whole, stops them with a CliError
+// ("<path> is not a valid flash INI data file: <reason>; it was left as it is"); with
+// `force` it is first kept as "<path>.bad-<date-time>" and then rewritten.
 template <class RECORD>
-void append_user_record(const HPS_KIND<RECORD>& kind, RECORD& record);
+void append_user_record(const HPS_KIND<RECORD>& kind, RECORD& record, bool force);
 template <class RECORD>
-size_t remove_user_record(const HPS_KIND<RECORD>& kind, size_t index);
+size_t remove_user_record(const HPS_KIND<RECORD>& kind, size_t index, bool force);
+
+// A CliError when the data file is there but not valid (checked before a dialogue).
+void check_data_file_before_edit();
+// Says so on the standard error when the data file is there but not valid; true then.
+bool warn_if_data_file_damaged();
 
 }  // namespace pgmdev::cli

@@ -1,6 +1,9 @@
 // Entry point of the pgmdev tool: builds the command tree and turns every failure into one
 // line on the standard error and a non-zero exit code.
 #include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <iostream>
 
 #include "cli.h"
@@ -110,8 +113,9 @@ void require_database_file(const std::string& relative, const std::string& what)
 
 }  // namespace pgmdev::cli
 
-int main(int argc, char** argv) {
-  install_report_hook();
+namespace {
+
+int run_reporting(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const CliError& error) {
@@ -128,4 +132,28 @@ int main(int argc, char** argv) {
     std::cerr << "pgmdev: " << error.what() << '\n';
     return EXIT_USER_ERROR;
   }
+}
+
+// An answer that did not reach its reader is a failure (a full disk, a closed pipe), even
+// when everything else went well: exit 1, and say so on the standard error if it still works.
+int check_own_output(int code) {
+  std::cout.flush();
+  errno = 0;
+  const bool out_failed = std::fflush(stdout) != 0 || std::ferror(stdout) || std::cout.fail();
+  const int out_error = errno;
+  if (out_failed) {
+    std::cerr << "pgmdev: cannot write the standard output"
+              << (out_error != 0 ? std::string(": ") + std::strerror(out_error) : "") << '\n';
+  }
+  std::cerr.flush();
+  const bool err_failed = std::fflush(stderr) != 0 || std::ferror(stderr) || std::cerr.fail();
+  if ((out_failed || err_failed) && code == EXIT_OK) return EXIT_USER_ERROR;
+  return code;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  install_report_hook();
+  return check_own_output(run_reporting(argc, argv));
 }

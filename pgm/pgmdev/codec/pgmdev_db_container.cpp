@@ -1,15 +1,14 @@
 // Database file container: compression of the body, whole-file read and atomic write.
 #include "codec/pgmdev_db_container.h"
 
-#include <fcntl.h>
-#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
 #include <cstdio>
 
-#include "pgm_zlib.h"
 #include "base/pgmdev_check.h"
+#include "base/pgmdev_file_replace.h"
+#include "pgm_zlib.h"
 
 namespace pgmdev {
 
@@ -63,6 +62,13 @@ std::vector<BYTE> read_database_file(const FIO_PATH& file, const char* exists_te
   PGMDEV_CHECK(
       FIO_FILE_SYSTEM::exists(path.c_str()) && FIO_FILE_SYSTEM::status(path.c_str(), &stat_info),
       exists_text, module);
+  // Opening a FIFO would wait for a writer for ever; a folder or device is no database.
+  const std::string kind = non_regular_kind(path);
+  if (!kind.empty()) {
+    MSG_INTERNAL_ERROR::report_varg(CATEGORY, module, __LINE__, "%s is %s, not a regular file",
+                                    path.c_str(), kind.c_str());
+  }
+  PGMDEV_CHECK(kind.empty(), exists_text, module);
   marlo_ifstream input(path, std::ios_base::in | std::ios_base::binary);
   PGMDEV_CHECK(input.good(), "input.good()", module);
   const QWORD file_size = stat_info.m_size;
@@ -123,44 +129,18 @@ DB_WRITER begin_database_image(const char* magic, const std::string& digest, DWO
   return writer;
 }
 
-namespace {
-
-// Flushes a file or folder to disk; false when that fails (never retried: the data may be gone).
-bool sync_path(const std::string& path, int flags) {
-  const int fd = ::open(path.c_str(), flags);
-  if (fd < 0) return false;
-  const bool synced = ::fsync(fd) == 0;
-  ::close(fd);
-  return synced;
-}
-
-bool write_temporary(const std::string& path, const std::vector<BYTE>& compressed) {
-  marlo_ofstream output(path, std::ios_base::out | std::ios_base::binary | std::ios_base::trunc);
-  if (!output.good()) return false;
-  output.write(reinterpret_cast<const char*>(compressed.data()),
-               std::streamsize(compressed.size()));
-  const char checksum[DB_CHECKSUM_SIZE] = {0, 0};  // calculate_crc16 is always 0
-  output.write(checksum, DB_CHECKSUM_SIZE);
-  output.flush();
-  const bool status = output.good();
-  output.close();
-  return status && sync_path(path, O_RDONLY);
-}
-
-}  // namespace
-
-void write_database_file(const FIO_PATH& file, const std::vector<BYTE>& image, const char* module) {
+void write_database_file(const FIO_PATH& file, const std::vector<BYTE>& image, const char* module,
+                         const std::function<void(const std::string& staged)>& verify) {
   PGMDEV_CHECK(image.size() > DB_HEADER_SIZE, "memory_size > 44", module);
   DWORD new_count = 0;
-  const std::vector<BYTE> compressed =
+  std::vector<BYTE> bytes =
       compress_data(image.data(), DB_HEADER_SIZE, DWORD(image.size()), new_count, module);
-  const std::string path = file.fullpath();
-  const std::string temporary = path + ".tmp." + std::to_string(::getpid());
-  bool status = write_temporary(temporary, compressed);
-  status = status && std::rename(temporary.c_str(), path.c_str()) == 0;
-  if (!status) std::remove(temporary.c_str());
+  bytes.resize(bytes.size() + DB_CHECKSUM_SIZE, 0);  // calculate_crc16 is always 0
+  std::string error;
+  const bool status = replace_file(file.fullpath(), bytes, error, verify);
+  // The reason (path and system error) first, then the failed condition.
+  if (!status) MSG_INTERNAL_ERROR::report_varg(CATEGORY, module, __LINE__, "%s", error.c_str());
   PGMDEV_CHECK(status, "status", module);
-  sync_path(FIO_PATH(path).parent(), O_RDONLY | O_DIRECTORY);
 }
 
 }  // namespace pgmdev

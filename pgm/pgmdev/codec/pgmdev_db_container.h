@@ -4,12 +4,13 @@
 // Format: doc/database_file.md. As in the codec, `module` names the module under which
 // internal errors are reported, and every failure is fatal.
 
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "codec/pgmdev_db_codec.h"
 #include "pgm_fio.h"
 #include "pgm_types.h"
-#include "codec/pgmdev_db_codec.h"
 
 namespace pgmdev {
 
@@ -54,9 +55,11 @@ std::vector<BYTE> inflate_body(const std::vector<BYTE>& image, const char* modul
 DB_WRITER begin_database_image(const char* magic, const std::string& digest, DWORD body_size,
                                const char* module);
 
-// Compresses the image's body and writes the file with its zero checksum field. The file is
-// replaced atomically (temporary file beside it, flushed to disk, renamed), so a failure
-// leaves the old file; a failed write is reported as "status".
-void write_database_file(const FIO_PATH& file, const std::vector<BYTE>& image, const char* module);
+// Compresses the image's body and writes the file with its zero checksum field through the
+// one atomic writer: `verify` loads the staged file and throws to refuse it. Whatever fails,
+// the old file stays as it was; a failed write is reported with its path and reason, then
+// as "status".
+void write_database_file(const FIO_PATH& file, const std::vector<BYTE>& image, const char* module,
+                         const std::function<void(const std::string& staged)>& verify = nullptr);
 
 }  // namespace pgmdev

@@ -1,12 +1,12 @@
 // Device information manager: generating the database file from its source table.
 #include <functional>
 
+#include "codec/pgmdev_db_container.h"
+#include "dev_info/pgmdev_dev_info_internal.h"
 #include "pgm_cfg.h"
 #include "pgm_common.h"
 #include "pgm_dev_catalog.h"
 #include "pgm_text.h"
-#include "codec/pgmdev_db_container.h"
-#include "dev_info/pgmdev_dev_info_internal.h"
 #include "pgmdev_dev_info_manager.h"
 
 using namespace pgmdev;
@@ -180,5 +180,10 @@ void PGMDEV_DEV_INFO_MANAGER::generate_device_database(FIO_PATH csv_file, FIO_PA
   parse_pgm_parts();
   print_table(writer);
   DEV_INFO_CHECK(writer.index() == memory_size, "index == memory_size");
-  write_database_file(database_file, writer.data(), MODULE_DEV_INFO);
+  // The new file must load, with every check of the loader, before it replaces the old one.
+  write_database_file(database_file, writer.data(), MODULE_DEV_INFO, [](const std::string& staged) {
+    PGMDEV_DEV_INFO_MANAGER loaded(true, 0);
+    loaded.initialize_device_database(FIO_PATH(staged));
+    DEV_INFO_CHECK(loaded.get_device_database() != nullptr, "m_device_database != NULL");
+  });
 }

@@ -1,9 +1,10 @@
 // Device information manager: the parts list (part, device, device-file name per line).
 #include <stdexcept>
 
+#include "base/pgmdev_file_replace.h"
+#include "dev_info/pgmdev_dev_info_internal.h"
 #include "pgm_dev_catalog.h"
 #include "pgm_text.h"
-#include "dev_info/pgmdev_dev_info_internal.h"
 #include "pgmdev_dev_info_manager.h"
 
 namespace pgmdev {
@@ -20,8 +21,17 @@ bool read_trimmed_line(std::istream& input, std::string& line) {
 
 void PGMDEV_DEV_INFO_MANAGER::parse_pgm_parts() {
   m_parts_list.clear();
-  // A missing file leaves the list empty: the read loop ends at once.
-  marlo_ifstream input(gen_get_korvel_path() + pgmdev::PARTS_LIST_FILE);
+  // A missing file leaves the list empty: the read loop ends at once. So does one that is
+  // no regular file, said first: opening a FIFO would wait for a writer for ever.
+  const std::string path = gen_get_korvel_path() + pgmdev::PARTS_LIST_FILE;
+  const std::string kind = pgmdev::non_regular_kind(path);
+  if (!kind.empty()) {
+    MSG_INTERNAL_ERROR::report_varg(pgmdev::CATEGORY, pgmdev::MODULE_DEV_INFO, __LINE__,
+                                    "%s is %s, not a regular file; read as an empty parts list",
+                                    path.c_str(), kind.c_str());
+    return;
+  }
+  marlo_ifstream input(path);
   std::string line;
   while (pgmdev::read_trimmed_line(input, line)) {
     // "//" comment lines, and the "#" version and signature lines that other readers check.

@@ -1,12 +1,12 @@
 // Flash database generation: validates the source table, sizes the body and writes
 // programmer/pgm_flash.pcf with the shared container and codec.
-#include "pgm_fio.h"
-#include "pgm_text.h"
-#include "pgmdev_build_config.h"
 #include "base/pgmdev_check.h"
 #include "codec/pgmdev_db_codec.h"
 #include "codec/pgmdev_db_container.h"
 #include "flash/pgmdev_flash_columns.h"
+#include "pgm_fio.h"
+#include "pgm_text.h"
+#include "pgmdev_build_config.h"
 #include "pgmdev_flash_manager.h"
 
 namespace {
@@ -139,7 +139,11 @@ void PGMDEV_FLASH_MANAGER::generate_flash_database(const FIO_PATH& source, const
   }
   writer.dump_database_end();
   PGMDEV_CHECK(writer.index() == writer.size(), "index == memory_size", MODULE);
-  pgmdev::write_database_file(output, writer.data(), MODULE);
+  // The new file must load, with every check of the loader, before it replaces the old one.
+  pgmdev::write_database_file(output, writer.data(), MODULE, [](const std::string& staged) {
+    PGMDEV_FLASH_MANAGER loaded(false, 1, true, false);
+    loaded.initialize_flash_database(FIO_PATH(staged));
+  });
 }
 
 void PGMDEV_FLASH_MANAGER::dump_to_database(pgmdev::DB_WRITER& writer,
