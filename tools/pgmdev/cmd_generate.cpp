@@ -40,7 +40,11 @@ void generating(const std::string& out, GENERATE generate) {
   try {
     generate();
   } catch (const MSG_INTERNAL_ERROR_EXCEPTION&) {
-    std::cerr << "pgmdev: " << out << " was not replaced\n";
+    if (fs::is_directory(out)) {
+      std::cerr << "pgmdev: the tree " << out << " was left as it was\n";
+    } else {
+      std::cerr << "pgmdev: " << out << " was not replaced\n";
+    }
     throw;
   }
 }
@@ -113,11 +117,13 @@ void generate_all(const std::string& data, const std::string& out_option) {
   const ASIDE_FOLDER aside(out);
   const std::vector<BYTE> parts = file_bytes(parts_source);
   fs::copy_file(parts_source, aside.path() / "h" / "pgm_parts.txt");  // the generator's input
-  generate_device_info((fs::path(data) / "pgm_dev_info.csv").string(),
-                       (aside.path() / "programmer" / "pgm_dev_info.pcf").string(),
-                       aside.path().string());
-  generate_flash((fs::path(data) / "pgm_flash.csv").string(),
-                 (aside.path() / "programmer" / "pgm_flash.pcf").string());
+  generating(out.string(), [&] {
+    generate_device_info((fs::path(data) / "pgm_dev_info.csv").string(),
+                         (aside.path() / "programmer" / "pgm_dev_info.pcf").string(),
+                         aside.path().string());
+    generate_flash((fs::path(data) / "pgm_flash.csv").string(),
+                   (aside.path() / "programmer" / "pgm_flash.pcf").string());
+  });
   PGMDEV_FILE_SET tree;
   std::string error;
   const fs::path parts_out = out / "h" / "pgm_parts.txt";

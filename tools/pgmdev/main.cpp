@@ -137,8 +137,8 @@ int run_reporting(int argc, char** argv) {
 // An answer that did not reach its reader is a failure (a full disk, a closed pipe), even
 // when everything else went well: exit 1, and say so on the standard error if it still works.
 int check_own_output(int code) {
-  std::cout.flush();
   errno = 0;
+  std::cout.flush();
   const bool out_failed = std::fflush(stdout) != 0 || std::ferror(stdout) || std::cout.fail();
   const int out_error = errno;
   if (out_failed) {
