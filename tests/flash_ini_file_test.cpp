@@ -148,6 +148,37 @@ TEST_F(FlashIniFile, FailedWritesKeepTheOldFile) {
   EXPECT_EQ(read_section(PGMDEV_FLASH_INI_HPS_SPI).bytes, bytes_of(10, 1));
 }
 
+// The results the interface gives whatever the file system allows: a link is written
+// through, a writable file in a folder that takes no new name is written in place (true),
+// a read-only file is never replaced.
+TEST_F(FlashIniFile, LinksReadOnlyFilesAndReadOnlyFolders) {
+  const std::string real = m_folder + "/real.ini";
+  ASSERT_EQ(symlink("real.ini", m_path.c_str()), 0);
+  ASSERT_TRUE(write_section(PGMDEV_FLASH_INI_HPS_SPI, bytes_of(10, 1)));
+  EXPECT_TRUE(std::filesystem::is_symlink(m_path));
+  EXPECT_EQ(read_bytes(real), make_file({{0, 0}, {44, 10}, {0, 0}}, bytes_of(10, 1)));
+  const BYTES before = read_bytes(real);
+
+  chmod(real.c_str(), 0444);
+  EXPECT_FALSE(write_section(PGMDEV_FLASH_INI_HPS_SPI, bytes_of(3, 7)));
+  EXPECT_EQ(read_bytes(real), before);
+
+  chmod(real.c_str(), 0666);
+  chmod(m_folder.c_str(), 0555);
+  const int in_place = in_child([&] {
+    if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) return 2;
+    return write_section(PGMDEV_FLASH_INI_HPS_SPI, bytes_of(3, 7)) ? 0 : 1;
+  });
+  chmod(m_folder.c_str(), 0700);
+  if (in_place == 2) GTEST_SKIP() << "cannot drop root, so a read-only folder cannot be made";
+  EXPECT_EQ(in_place, 0);
+  EXPECT_TRUE(std::filesystem::is_symlink(m_path));
+  EXPECT_EQ(read_bytes(real), make_file({{0, 0}, {44, 3}, {0, 0}}, bytes_of(3, 7)));
+  for (const auto& entry : std::filesystem::directory_iterator(m_folder)) {
+    EXPECT_EQ(entry.path().filename().string().find(".tmp-"), std::string::npos);
+  }
+}
+
 TEST(FlashIniCodec, RecordRoundTrip) {
   std::string name = "QSPI_512";
   std::string empty;
