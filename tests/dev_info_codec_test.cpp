@@ -228,4 +228,48 @@ TEST_F(CodecTest, ReportsCarryTheCallersModule) {
   }
 }
 
+// The line of the report: that of the failed check, or of the caller's read for a bound.
+int line_of(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
+    return error.line();
+  }
+  return 0;
+}
+
+TEST_F(CodecTest, ReportsCarryTheLineOfTheFailedCheck) {
+  const auto read_bool = [](std::vector<BYTE> data) {
+    return line_of([&] {
+      bool flag;
+      DB_READER(data.data(), DWORD(data.size()), MODULE_DEV_INFO).get_bool_data(&flag);
+    });
+  };
+  const int tag_line = read_bool({9, 0});
+  const int value_line = read_bool({PGMDEV_MANAGER_BOOL, 2});
+  EXPECT_GT(tag_line, 0);
+  EXPECT_GT(value_line, 0);
+  EXPECT_NE(tag_line, value_line);
+  const auto read_marker = [](std::vector<BYTE> data) {
+    return line_of([&] {
+      DB_READER(data.data(), DWORD(data.size()), MODULE_DEV_INFO).confirm_data_type_end();
+    });
+  };
+  const std::vector<int> marker_lines = {
+      read_marker({'X', 'N', 'D', '1'}), read_marker({'E', 'X', 'D', '1'}),
+      read_marker({'E', 'N', 'X', '1'}), read_marker({'E', 'N', 'D', '2'})};
+  for (size_t i = 0; i < marker_lines.size(); ++i) {
+    for (size_t j = i + 1; j < marker_lines.size(); ++j)
+      EXPECT_NE(marker_lines[i], marker_lines[j]);
+  }
+  // A raw read or write past the end names the line that asked for the bytes.
+  const std::vector<BYTE> three = {1, 2, 3};
+  DB_READER reader(three.data(), 3, MODULE_DEV_INFO);
+  const int read_line = __LINE__ + 1;
+  EXPECT_EQ(line_of([&] { reader.get_dword(); }), read_line);
+  DB_WRITER writer(3, MODULE_DEV_INFO);
+  const int write_line = __LINE__ + 1;
+  EXPECT_EQ(line_of([&] { writer.dump_dword_database(7); }), write_line);
+}
+
 }  // namespace

@@ -33,26 +33,29 @@ DB_READER::DB_READER(const BYTE* data, DWORD data_size, const char* module)
   PGMDEV_CHECK(data != nullptr || data_size == 0, "data != NULL", module);
 }
 
-// Reader checks report through report_failure, out of line, so that the reads stay small.
-#define READER_CHECK(cond, text)       \
-  do {                                 \
-    if (!(cond)) report_failure(text); \
+// Reader checks report through report_failure, out of line, so that the reads stay small;
+// each report carries the line of its own check.
+#define READER_CHECK(cond, text)                 \
+  do {                                           \
+    if (!(cond)) report_failure(text, __LINE__); \
   } while (0)
 
-void DB_READER::report_failure(const char* text) const {
-  MSG_INTERNAL_ERROR::report(text, CATEGORY, m_module, __LINE__);
+void DB_READER::report_failure(const char* text, int line) const {
+  MSG_INTERNAL_ERROR::report(text, CATEGORY, m_module, line);
 }
 
-DWORD DB_READER::get_dword() {
-  require(4, bound_text(4, true));
+DWORD DB_READER::get_dword(int line) {
+  require(4, bound_text(4, true), line);
   // Through a local pointer: stores to m_index could otherwise alias the byte reads.
   const BYTE* bytes = m_data + m_index;
   m_index += 4;
   return DWORD(bytes[0]) | DWORD(bytes[1]) << 8 | DWORD(bytes[2]) << 16 | DWORD(bytes[3]) << 24;
 }
 
-DWORD DB_READER::skip_dwords(DWORD count) {
-  READER_CHECK(QWORD(m_index) + QWORD(count) * 4 <= m_size, "index + 4 * count <= data_size");
+DWORD DB_READER::skip_dwords(DWORD count, int line) {
+  if (QWORD(m_index) + QWORD(count) * 4 > m_size) {
+    report_failure("index + 4 * count <= data_size", line);
+  }
   const DWORD start = m_index;
   m_index += count * 4;
   return start;
@@ -75,7 +78,7 @@ void DB_READER::get_byte_data(BYTE* out) {
 void DB_READER::get_word_data(WORD* out) {
   const BYTE type = get_byte();
   READER_CHECK(type == PGMDEV_MANAGER_WORD, "type == PGMDEV_MANAGER_WORD");
-  require(2, bound_text(2, true));
+  require(2, bound_text(2, true), __LINE__);
   *out = WORD(m_data[m_index] | (m_data[m_index + 1] << 8));
   m_index += 2;
 }
@@ -99,7 +102,7 @@ void DB_READER::get_string_data(bool allow_empty, std::string* out) {
     READER_CHECK(allow_empty, "allow_empty");
     return;
   }
-  require(length, bound_text(length, true));
+  require(length, bound_text(length, true), __LINE__);
   out->assign(reinterpret_cast<const char*>(m_data + m_index), length);
   m_index += length;
 }
@@ -123,25 +126,27 @@ void DB_READER::confirm_database_end() { confirm_marker('2', "data[index++] == '
 DB_WRITER::DB_WRITER(DWORD memory_size, const char* module)
     : m_data(memory_size, 0), m_module(module) {}
 
-void DB_WRITER::require(DWORD count, const char* text) const {
-  PGMDEV_CHECK(QWORD(m_index) + count <= m_data.size(), text, m_module);
+void DB_WRITER::require(DWORD count, const char* text, int line) const {
+  if (QWORD(m_index) + count > m_data.size()) {
+    MSG_INTERNAL_ERROR::report(text, CATEGORY, m_module, line);
+  }
 }
 
-void DB_WRITER::dump_bytes(const void* bytes, DWORD count) {
+void DB_WRITER::dump_bytes(const void* bytes, DWORD count, int line) {
   if (count == 0) return;
-  require(count, bound_text(count, false));
+  require(count, bound_text(count, false), line);
   const BYTE* source = static_cast<const BYTE*>(bytes);
   std::copy(source, source + count, m_data.begin() + m_index);
   m_index += count;
 }
 
-void DB_WRITER::dump_byte(BYTE value) {
-  require(1, bound_text(1, false));
+void DB_WRITER::dump_byte(BYTE value, int line) {
+  require(1, bound_text(1, false), line);
   m_data[m_index++] = value;
 }
 
-void DB_WRITER::dump_dword_database(DWORD value) {
-  require(4, bound_text(4, false));
+void DB_WRITER::dump_dword_database(DWORD value, int line) {
+  require(4, bound_text(4, false), line);
   for (int shift = 0; shift < 32; shift += 8) m_data[m_index++] = BYTE(value >> shift);
 }
 
@@ -161,7 +166,7 @@ void DB_WRITER::dump_value_to_database(const std::string& text, DWORD count) {
   const BYTE tag =
       count == 1 ? PGMDEV_MANAGER_BYTE : (count == 2 ? PGMDEV_MANAGER_WORD : PGMDEV_MANAGER_DWORD);
   dump_byte(tag);
-  require(count, bound_text(count, false));
+  require(count, bound_text(count, false), __LINE__);
   for (DWORD i = 0; i < count; ++i) m_data[m_index++] = BYTE(value >> (8 * i));
 }
 

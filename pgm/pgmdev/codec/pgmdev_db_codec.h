@@ -42,15 +42,15 @@ class DB_READER {
   DWORD size() const { return m_size; }
   const char* module() const { return m_module; }
 
-  // Raw reads: no tag.
-  BYTE get_byte() {
-    require(1, "index + 1 <= data_size");
+  // Raw reads: no tag. A failed bound check reports the line of the caller's read.
+  BYTE get_byte(int line = __builtin_LINE()) {
+    require(1, "index + 1 <= data_size", line);
     return m_data[m_index++];
   }
-  DWORD get_dword();  // 4 bytes, low byte first
+  DWORD get_dword(int line = __builtin_LINE());  // 4 bytes, low byte first
   // Steps over `count` raw double words ("index + 4 * count <= data_size") and returns where
   // they start, for a caller that reads them in place.
-  DWORD skip_dwords(DWORD count);
+  DWORD skip_dwords(DWORD count, int line = __builtin_LINE());
 
   // Typed reads: the tag byte, then the payload.
   void get_bool_data(bool* out);
@@ -64,14 +64,14 @@ class DB_READER {
   void confirm_database_end();
 
  protected:
-  // Reports `text` unless `count` more bytes remain. Inline: every value read passes here,
-  // so the check must cost a comparison and nothing more.
-  void require(DWORD count, const char* text) const {
+  // Reports `text` with `line` unless `count` more bytes remain. Inline: every value read
+  // passes here, so the check must cost a comparison and nothing more.
+  void require(DWORD count, const char* text, int line) const {
     // 64-bit sum: no wrap-around whatever the index.
-    if (QWORD(m_index) + count > m_size) report_failure(text);
+    if (QWORD(m_index) + count > m_size) report_failure(text, line);
   }
-  // Reports `text` under the reader's module; never returns.
-  [[noreturn, gnu::cold, gnu::noinline]] void report_failure(const char* text) const;
+  // Reports `text` under the reader's module with the line of the failed check; never returns.
+  [[noreturn, gnu::cold, gnu::noinline]] void report_failure(const char* text, int line) const;
   void confirm_marker(char last, const char* last_text);
 
   const BYTE* m_data;
@@ -93,9 +93,10 @@ class DB_WRITER {
   const char* module() const { return m_module; }
 
   // Raw writes: no tag.
-  void dump_bytes(const void* bytes, DWORD count);
-  void dump_byte(BYTE value);
-  void dump_dword_database(DWORD value);
+  // A failed bound check reports the line of the caller's write.
+  void dump_bytes(const void* bytes, DWORD count, int line = __builtin_LINE());
+  void dump_byte(BYTE value, int line = __builtin_LINE());
+  void dump_dword_database(DWORD value, int line = __builtin_LINE());
 
   // Typed writes.
   void dump_bool_to_database(const std::string& text);  // "", "FALSE" or "TRUE"
@@ -110,7 +111,7 @@ class DB_WRITER {
   void dump_database_end();   // E, N, D, 2
 
  protected:
-  void require(DWORD count, const char* text) const;
+  void require(DWORD count, const char* text, int line) const;
 
   std::vector<BYTE> m_data;
   DWORD m_index = 0;
