@@ -125,7 +125,7 @@ class PGMDEV_DEV_INFO_MANAGER {
   DWORD m_version = 0;
   DWORD m_device_count = 0;
   DWORD m_type_count = 0;
-  DWORD m_index = INVALID_DWORD;
+  DWORD m_index = 0;
   DWORD m_csv_memory_size = 0;
   std::shared_ptr<const RECORDS> m_device_database;  // null until loaded
   DWORD m_debug_level = 0;

@@ -4,8 +4,15 @@
 #include <string>
 #include <vector>
 
-enum DEV_FAMILY_ENUM { DEV_FAMILY_INVALID = 0, DEV_FAMILY_GENERIC = 72, DEV_FAMILY_MAX = 73 };
-enum DEV_DEVICE_ENUM { DEV_DEVICE_INVALID = 0, DEV_DEVICE_GENERIC = 990, DEV_DEVICE_MAX = 991 };
+// A fixed 32-bit underlying type (int, as the promotions always were): any stored value is
+// representable, so a record read from a file may hold one outside the catalogue and only the
+// checks that care refuse it.
+enum DEV_FAMILY_ENUM : int { DEV_FAMILY_INVALID = 0, DEV_FAMILY_GENERIC = 72, DEV_FAMILY_MAX = 73 };
+enum DEV_DEVICE_ENUM : int {
+  DEV_DEVICE_INVALID = 0,
+  DEV_DEVICE_GENERIC = 990,
+  DEV_DEVICE_MAX = 991
+};
 
 // Parts are numbered 1..N; these are set from the catalogue when the library loads.
 extern int DEV_PART_INVALID;  // 0

@@ -107,6 +107,28 @@ TEST_F(DevInfoLoadTest, BodyChecks) {
             "memory_size > get_table_size()");
 }
 
+TEST_F(DevInfoLoadTest, IdentifiersOutsideTheEnumerationsLoadAndOnlySearchesRefuseThem) {
+  EXPECT_EQ(PROBE(true, 0).m_index, 0u);  // a counter like the others, zero at construction
+  repack([](std::vector<BYTE>& body) {
+    // Record 0 opens the body after its three words: family (tag and value), pcf, device.
+    ASSERT_EQ(body[12], PGMDEV_MANAGER_ENUM);
+    body[13] = 0xF4;  // family 500
+    body[14] = 0x01;
+    const size_t device_at = 17 + 2 + body[18];
+    ASSERT_EQ(body[device_at], PGMDEV_MANAGER_ENUM);
+    body[device_at + 1] = 0x88;  // device 5000
+    body[device_at + 2] = 0x13;
+  });
+  EXPECT_EQ(load(), "");
+  PROBE manager(false, 0);
+  EXPECT_EQ(DWORD(manager.get_device_database()[0].family), 500u);
+  EXPECT_EQ(DWORD(manager.get_device_database()[0].device), 5000u);
+  EXPECT_EQ(internal_error_of([&] { manager.search_family(DEV_FAMILY_GENERIC, false); }),
+            "id < DEV_FAMILY_MAX");
+  EXPECT_EQ(internal_error_of([&] { manager.search_device(DEV_DEVICE_GENERIC, false); }),
+            "id < DEV_DEVICE_MAX");
+}
+
 // Loads an image as if read from a file (the file steps are checked above).
 std::string load_image(const std::vector<BYTE>& image) {
   return internal_error_of([&] { PROBE(true, 0).initialize_from_image(image); });

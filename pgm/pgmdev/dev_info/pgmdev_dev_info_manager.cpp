@@ -36,17 +36,9 @@ TABLE_PTR empty_part_table() {
 struct FIELD_READER {
   DB_READER& reader;
 
-  void operator()(DWORD, DEV_FAMILY_ENUM& field) {
-    const DWORD id = read_dword();
-    // Checked here so that no out-of-range value is ever held in the enumeration.
-    DEV_INFO_CHECK(id < DEV_FAMILY_MAX, "id < DEV_FAMILY_MAX");
-    field = DEV_FAMILY_ENUM(id);
-  }
-  void operator()(DWORD, DEV_DEVICE_ENUM& field) {
-    const DWORD id = read_dword();
-    DEV_INFO_CHECK(id < DEV_DEVICE_MAX, "id < DEV_DEVICE_MAX");
-    field = DEV_DEVICE_ENUM(id);
-  }
+  // Any stored identifier loads; only the linear searches refuse one outside its range.
+  void operator()(DWORD, DEV_FAMILY_ENUM& field) { field = DEV_FAMILY_ENUM(read_dword()); }
+  void operator()(DWORD, DEV_DEVICE_ENUM& field) { field = DEV_DEVICE_ENUM(read_dword()); }
   void operator()(DWORD, int& field) { field = int(read_dword()); }
   void operator()(DWORD, DWORD& field) { reader.get_dword_data(&field); }
   void operator()(DWORD, WORD& field) { reader.get_word_data(&field); }

@@ -37,8 +37,9 @@ void PGMDEV_DEV_INFO_MANAGER::print_table(DB_WRITER& writer) {
 DWORD PGMDEV_DEV_INFO_MANAGER::family_table_entry(DWORD i) {
   // Family 0 included: rows that are not family rows have family 0.
   if (search_family(DEV_FAMILY_ENUM(i), true)) {
-    DEV_INFO_CHECK(m_index < TOTAL_DATABASE_DEVICE && (*m_device_database)[m_index].family == i,
-                   "m_index < TOTAL_DATABASE_DEVICE && m_device_database[m_index].family == i");
+    DEV_INFO_CHECK(
+        m_index < TOTAL_DATABASE_DEVICE && DWORD((*m_device_database)[m_index].family) == i,
+        "m_index < TOTAL_DATABASE_DEVICE && m_device_database[m_index].family == i");
     return m_index;
   }
   if (i == DEV_FAMILY_INVALID) return INVALID_DWORD;
@@ -55,8 +56,9 @@ DWORD PGMDEV_DEV_INFO_MANAGER::family_table_entry(DWORD i) {
 
 DWORD PGMDEV_DEV_INFO_MANAGER::device_table_entry(DWORD i) {
   if (search_device(DEV_DEVICE_ENUM(i), true)) {
-    DEV_INFO_CHECK(m_index < TOTAL_DATABASE_DEVICE && (*m_device_database)[m_index].device == i,
-                   "m_index < TOTAL_DATABASE_DEVICE && m_device_database[m_index].device == i");
+    DEV_INFO_CHECK(
+        m_index < TOTAL_DATABASE_DEVICE && DWORD((*m_device_database)[m_index].device) == i,
+        "m_index < TOTAL_DATABASE_DEVICE && m_device_database[m_index].device == i");
     return m_index;
   }
   if (i == DEV_DEVICE_INVALID) return INVALID_DWORD;
