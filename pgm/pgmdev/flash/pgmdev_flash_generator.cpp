@@ -15,7 +15,6 @@ constexpr const char* MODULE = pgmdev::MODULE_FLASH_MANAGER;
 constexpr const char* SEPARATORS = " \t\n,";
 // Line 0 holds the type words, line 1 the column names, lines 2 to 7 notes; records follow.
 constexpr DWORD FIRST_RECORD_LINE = 8;
-constexpr DWORD MAX_STRING_SIZE = 255;  // the length byte's reach
 
 // The table's lines that hold anything once trimmed, each split into its cells.
 std::vector<std::vector<std::string>> read_table(const FIO_PATH& source, bool& status) {
@@ -172,8 +171,8 @@ void PGMDEV_FLASH_MANAGER::dump_to_database(pgmdev::DB_WRITER& writer,
 void PGMDEV_FLASH_MANAGER::dump_string_to_database(pgmdev::DB_WRITER& writer,
                                                    const std::string& string) {
   PGMDEV_CHECK(string.size() > 0, "string.size() > 0", MODULE);
-  // The length byte would wrap while every byte is still written.
-  PGMDEV_CHECK(string.size() <= MAX_STRING_SIZE, "string.size() <= 255", MODULE);
+  // No length check: over 255 bytes the length byte wraps while every byte is still
+  // written, and the file is refused when it loads.
   writer.dump_string_to_database(false, string, PGMDEV_MANAGER_STRING);
 }
 
