@@ -163,6 +163,8 @@ class PGMDEV_FLASH_MANAGER {
   static std::string decode_ini(const std::string& encoded);
   static std::string decode_ini(const std::string& encoded, std::ostream& output);
   static std::string gen_ini_password(const std::string& text);
+  // The running tool's version line, which every password depends on.
+  static std::string ini_version_line();
   static bool cmp_ini_password(const std::string& text, const std::string& password);
   static bool is_power_of_two(DWORD value);
   static std::string to_string(DWORD value, bool hex);

@@ -21,10 +21,10 @@ class FLASH_PROMPT {
   void fixed(const std::string& value) { m_line += "@" + value; }
   void number(DWORD value) { fixed(std::to_string(value)); }
 
-  // 1 to 19 characters. The separators of the fields text would corrupt the definition.
+  // Any text of 1 to 19 characters.
   bool text(const char* prompt) {
     const std::string answer = ask(prompt);
-    if (answer.empty() || answer.size() > 19 || answer.find_first_of("@#;") != std::string::npos) {
+    if (answer.empty() || answer.size() > 19) {
       m_output << "Empty name or name too long\n" << INVALID_INPUT;
       return false;
     }
@@ -72,11 +72,11 @@ class FLASH_PROMPT {
     using PGMDEV_FLASH_MANAGER::is_power_of_two;
   };
 
+  // The answer as it stands (no trimming), in capitals.
   std::string ask(const char* prompt) {
     m_output << prompt << std::flush;
     std::string answer;
     std::getline(m_input, answer);
-    gen_remove_leading_and_trailing_white_spaces(answer);
     return stl_toupper(answer);
   }
 
@@ -97,8 +97,7 @@ void PGMDEV_FLASH_MANAGER::gen_flash_ini() { gen_flash_ini(std::cin, std::cout);
 void PGMDEV_FLASH_MANAGER::gen_flash_ini(std::istream& input, std::ostream& output) {
   output << "Number of 3rd party flash to define (max 3) : " << std::flush;
   std::string answer;
-  std::getline(input, answer);
-  gen_remove_leading_and_trailing_white_spaces(answer);
+  std::getline(input, answer);  // as it stands: " 2 " is no number
   bool ok = false;
   const DWORD count = PGM_COMMON::convert_string_to_dword(answer, 0, &ok);
   if (!ok) {

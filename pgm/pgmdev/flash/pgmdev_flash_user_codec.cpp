@@ -39,8 +39,13 @@ int value_of(char letter) {
 
 WORD crc16(const BYTE* data, size_t size) { return PGM_COMMON::calculate_crc16_xmodem(data, size); }
 
-// The running tool's version line, which every password depends on.
-std::string version_line() {
+char password_letter(BYTE byte) {
+  return byte >= 'A' && byte <= 'Z' ? char(byte) : char('A' + byte % 26);
+}
+
+}  // namespace
+
+std::string PGMDEV_FLASH_MANAGER::ini_version_line() {
   const DWORD index = ver_get_current_version_index_number();
   const DWORD service_pack = index & 0xFF;
   const DWORD build = (index >> 8) & 0xFFFF;
@@ -49,19 +54,14 @@ std::string version_line() {
   return line + "Build " + std::to_string(build);
 }
 
-char password_letter(BYTE byte) {
-  return byte >= 'A' && byte <= 'Z' ? char(byte) : char('A' + byte % 26);
-}
-
-}  // namespace
-
 std::string PGMDEV_FLASH_MANAGER::encode_ini(const std::string& plain) {
   return encode_ini(plain, std::cout);
 }
 
 std::string PGMDEV_FLASH_MANAGER::encode_ini(const std::string& plain, std::ostream& output) {
-  // Twice the text, plus room for zlib's framing so that short texts encode too.
-  std::vector<BYTE> compressed(2 * plain.size() + 64, 0);
+  // Room for twice the text: a text too short to outweigh zlib's framing does not fit and
+  // is refused as a compression failure.
+  std::vector<BYTE> compressed(2 * plain.size(), 0);
   DWORD compressed_size = DWORD(compressed.size());
   if (zlib_compress(compressed.data(), &compressed_size,
                     reinterpret_cast<const BYTE*>(plain.data()), DWORD(plain.size())) != ZLIB_OK) {
@@ -125,7 +125,7 @@ std::string PGMDEV_FLASH_MANAGER::decode_ini(const std::string& encoded, std::os
 std::string PGMDEV_FLASH_MANAGER::gen_ini_password(const std::string& text) {
   const size_t total_size = text.size();
   PGMDEV_CHECK(total_size > 0, "total_size > 0", MODULE);
-  const std::string line = version_line();
+  const std::string line = ini_version_line();
   const WORD seed = crc16(reinterpret_cast<const BYTE*>(line.data()), line.size());
   const BYTE seed_even = BYTE(seed & 0xFF);
   const BYTE seed_odd = BYTE(seed >> 8);
