@@ -67,11 +67,14 @@ std::string PGMDEV_MGR::get_part_name_from_dev(std::string device_name) {
   }
   const std::string family_name = dstr_get_user_string(family);
   std::vector<int> parts;
+  // The first pass that yields a list ends the passes, whether or not the device has a
+  // part in it.
   for (int pass = 0; pass < FILTER_PASSES; ++pass) {
     if (!filter_pass(manager, pass, family_name, &parts)) continue;
     for (int part : parts) {
       if (manager.get_device_of(part) == device) return dstr_get_user_string(part);
     }
+    return "";
   }
   return "";
 }
