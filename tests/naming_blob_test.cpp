@@ -192,6 +192,23 @@ TEST(NamingBlob, SoftReportsLetParsingGoOn) {
   EXPECT_EQ(third.conditions(), expected);
 }
 
+TEST(NamingBlob, AStringEndingOnTheLastPayloadByteIsFatal) {
+  // A list string, then a key, whose zero terminator is the last byte before the trailer:
+  // stepping past it reaches the limit inside the entry.
+  std::vector<BYTE> payload = grammar_payload(small_grammar(7));
+  for (const char* text : {"K7", "V7"}) pgmdev::append_cstring(payload, text);
+  EXPECT_EQ(parse_grammar(payload), "index < data_size");
+  payload = grammar_payload(small_grammar(7));
+  pgmdev::append_cstring(payload, "K7");
+  EXPECT_EQ(parse_grammar(payload), "index < data_size");
+  // One byte more (the entry's zero) is the soft case of the section's end.
+  payload.push_back('V');
+  payload.push_back(0);
+  payload.push_back(0);
+  const test_support::SILENCED_REPORTS silence;
+  EXPECT_EQ(parse_grammar(payload), "");
+}
+
 TEST(NamingBlob, OpnTableChecks) {
   EXPECT_EQ(open_opn(opn_payload({1, 0, 300, 0xFFFFFFFF}, 4)), "");
   EXPECT_EQ(open_opn(opn_payload({}, 0)), "enum_count > 0");

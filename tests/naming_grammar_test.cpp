@@ -37,6 +37,46 @@ TEST_F(NamingGrammar, ConvertsAlongTheNameChain) {
   EXPECT_EQ(GRAMMAR::get_family(std::string("NO_SUCH_NAME")), "");
 }
 
+// Makes a crafted grammar the process-wide one; the embedded one comes back after the test.
+class CraftedGrammar : public NamingGrammar {
+ protected:
+  void TearDown() override {
+    pgmdev::naming_unload();
+    NamingGrammar::TearDown();
+  }
+  static void install(const std::vector<naming_test::SECTION>& sections) {
+    const std::vector<BYTE> blob = naming_test::unsealed(naming_test::grammar_payload(sections));
+    auto db = std::make_unique<PGMDEV_DDB_GRAMMAR_DB>();
+    pgmdev::parse_grammar_payload(blob.data(), DWORD(blob.size()), *db);
+    pgmdev::naming_replace_grammar_db(std::move(db));
+  }
+};
+
+TEST_F(CraftedGrammar, AStringUnderTwoKeysAnswersWithTheLowerKeyWhateverTheBlobOrder) {
+  std::vector<naming_test::SECTION> sections = naming_test::small_grammar();
+  sections[2] = {{"PCF_B", {"SHARED", "ONLY_B"}}, {"PCF_A", {"SHARED"}}};
+  install(sections);
+  EXPECT_EQ(GRAMMAR::get_pgm_part_pcf(std::string(" shared ")), "PCF_A");
+  EXPECT_EQ(GRAMMAR::get_pgm_part_pcf(std::string("ONLY_B")), "PCF_B");
+  std::string name = "shared", linear;
+  pgmdev::grammar_lookup_reverse_linear(PGMDEV_DDB_GRAMMAR_ENUM::PGM_PART_PCF, name, linear);
+  EXPECT_EQ(linear, "PCF_A");
+}
+
+TEST_F(CraftedGrammar, FamilyThroughTheDevicePartPcfOnly) {
+  std::vector<naming_test::SECTION> sections = naming_test::small_grammar();
+  sections[2] = {{"PGM_PCF", {"PGM_ONLY", "BOTH"}}};
+  sections[4] = {{"DEV_PCF", {"DEVICE_X", "BOTH"}}};
+  sections[7] = {{"FAM_Z", {"DEV_PCF"}}, {"FAM_DIRECT", {"LISTED"}}};
+  install(sections);
+  EXPECT_EQ(GRAMMAR::get_family(std::string("device_x")), "FAM_Z");
+  EXPECT_EQ(GRAMMAR::get_family(std::string("LISTED")), "FAM_DIRECT");
+  // A programmer part pcf name, even one in no family, ends the search before the device's.
+  EXPECT_EQ(GRAMMAR::get_family(std::string("BOTH")), "");
+  EXPECT_EQ(GRAMMAR::get_family(std::string("PGM_ONLY")), "");
+  EXPECT_EQ(GRAMMAR::get_pcf_device(std::string("dev_pcf")), "DEVICE_X");
+}
+
 TEST_F(NamingGrammar, NormalisesTheCallersStringInPlace) {
   std::string name = " zq160 ";
   EXPECT_EQ(GRAMMAR::get_family(name), "ZORQA_I");

@@ -175,6 +175,10 @@ PGMDEV_DDB_OPN_DB* naming_opn_db();
 // Module unload: destroys the grammar, then the OPN table; both pointers become null.
 void naming_unload();
 
+// For tests: makes `db` (a crafted grammar) the process-wide one in place of the embedded
+// blob; after naming_unload the embedded one loads again on the next use.
+void naming_replace_grammar_db(std::unique_ptr<PGMDEV_DDB_GRAMMAR_DB> db);
+
 // Observations for tests and benchmarks.
 bool naming_grammar_loaded();
 bool naming_opn_loaded();

@@ -55,6 +55,12 @@ void naming_unload() {
   g_opn_owner.reset();
 }
 
+void naming_replace_grammar_db(std::unique_ptr<PGMDEV_DDB_GRAMMAR_DB> db) {
+  std::lock_guard<std::mutex> lock(g_naming_mutex);
+  g_grammar_owner = std::move(db);
+  g_grammar.store(g_grammar_owner.get(), std::memory_order_release);
+}
+
 bool naming_grammar_loaded() { return g_grammar.load() != nullptr; }
 bool naming_opn_loaded() { return g_opn.load() != nullptr; }
 DWORD naming_grammar_load_count() { return g_grammar_loads.load(); }
