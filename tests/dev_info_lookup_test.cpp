@@ -118,6 +118,41 @@ TEST_F(DevInfoLookupTest, PartsList) {
   EXPECT_TRUE(manager.m_parts_list.empty());
 }
 
+TEST_F(DevInfoLookupTest, TheFirstPartsListLineOfADeviceOrPartGivesItsPcfName) {
+  PROBE manager(false, 0);
+  const auto record_of = [&](const std::string& pcf) {
+    for (DWORD i = 0; i < manager.get_device_count(); ++i) {
+      if (gen_stricmp(manager.get_device_database()[i].pcf.c_str(), pcf.c_str()) == 0) return i;
+    }
+    ADD_FAILURE() << pcf;
+    return INVALID_DWORD;
+  };
+  const DWORD zq1 = record_of("zq1:zq_family");
+  const DWORD hx2 = record_of("hx2:hx_family");
+  ASSERT_NE(zq1, hx2);
+  const DEV_DEVICE_ENUM zq160 = dstr_get_dev_device_enum_by_string("ZQ160");
+  const int part = dstr_get_dev_part_enum_by_string("ZQ160M8C6");
+  for (const bool zq1_first : {true, false}) {
+    const std::string first = zq1_first ? "zq1:zq_family" : "hx2:hx_family";
+    const std::string second = zq1_first ? "hx2:hx_family" : "zq1:zq_family";
+    write_parts({"ZQ160M8C6 ZQ160 M8 6 C 1 " + first + " 1 0 1",
+                 "ZQ160M8C6 ZQ160 M8 6 C 1 " + second + " 1 0 1"});
+    manager.parse_pgm_parts();
+    ASSERT_EQ(manager.m_parts_list.size(), 2u);
+    EXPECT_TRUE(manager.search_pcf_for_device(zq160));
+    EXPECT_EQ(manager.m_index, zq1_first ? zq1 : hx2);
+    EXPECT_TRUE(manager.search_pcf_for_part(part));
+    EXPECT_EQ(manager.m_index, zq1_first ? zq1 : hx2);
+  }
+  // A first line with an unknown pcf name finds nothing, though a later line would.
+  write_parts(
+      {"ZQ160M8C6 ZQ160 M8 6 C 1 no:such 1 0 1", "ZQ160M8C6 ZQ160 M8 6 C 1 zq1:zq_family 1 0 1"});
+  manager.parse_pgm_parts();
+  EXPECT_FALSE(manager.search_pcf_for_device(zq160));
+  EXPECT_EQ(manager.m_index, INVALID_DWORD);
+  EXPECT_FALSE(manager.search_pcf_for_part(part));
+}
+
 TEST_F(DevInfoLookupTest, ListingsByDebugLevel) {
   EXPECT_EQ(listing(0), "");
   const std::string all = listing(1);

@@ -173,6 +173,40 @@ TEST(FlashIniCheckedConversion, HitListsRejectMatchingPatterns) {
   EXPECT_TRUE(checked(PGMDEV_PARAM_BYTE, "0", false, false, nullptr, none).ok);
 }
 
+TEST(FlashIniCheckedConversion, ChecksRunInOrderAndJudgeTheValueBeforeTheExponent) {
+  const DWORD two_to_four[] = {1, 2, 4};
+  const DWORD hit_three[] = {1, 0xFFFFFFFF, 3};
+  const DWORD hit_eight[] = {1, 0xFFFFFFFF, 8};
+  const auto error = [&](const char* text, bool power_of_2, const DWORD* ranges, const DWORD* hits,
+                         bool exponent) {
+    return checked(PGMDEV_PARAM_DWORD, text, false, power_of_2, ranges, hits, exponent).error;
+  };
+  // 3 fails all three checks: the power of two is named first, then the range, then the hit.
+  EXPECT_EQ(error("3", true, two_to_four, hit_three, true), "Input must be power of 2");
+  const DWORD one_to_two[] = {1, 1, 2};
+  EXPECT_EQ(error("3", false, one_to_two, hit_three, true), "Input is out of range");
+  EXPECT_EQ(error("3", false, two_to_four, hit_three, true), "Input is invalid (hit)");
+  // The exponent comes after them: 3 passes as 3 and becomes 8, which the range and the hit
+  // list would have refused.
+  CHECKED r = checked(PGMDEV_PARAM_DWORD, "3", false, false, two_to_four, hit_eight, true);
+  EXPECT_TRUE(r.ok);
+  EXPECT_EQ(r.value, 8u);
+  r = checked(PGMDEV_PARAM_DWORD, "4", false, true, two_to_four, hit_eight, true);
+  EXPECT_TRUE(r.ok);
+  EXPECT_EQ(r.value, 16u);
+  // A failed check leaves the parsed value.
+  r = checked(PGMDEV_PARAM_DWORD, "5", false, false, two_to_four, nullptr, true);
+  EXPECT_EQ(r.error, "Input is out of range");
+  EXPECT_EQ(r.value, 5u);
+  // "-1" skips parsing; the range then judges the type maximum, and no exponent applies.
+  const DWORD everything[] = {1, 0, 0xFFFFFFFF};
+  r = checked(PGMDEV_PARAM_BYTE, "-1", false, false, everything, nullptr, true, 1);
+  EXPECT_TRUE(r.ok);
+  EXPECT_EQ(r.value, 0xFFu);
+  EXPECT_EQ(checked(PGMDEV_PARAM_BYTE, "-1", false, false, two_to_four).error,
+            "Input is out of range");
+}
+
 TEST(FlashIniPrint, EveryTypeInHexAndDecimal) {
   std::string text = "MICRON";
   bool flag = true;

@@ -91,6 +91,20 @@ TEST_F(FlashIniFile, InconsistentFilesReadAsAbsent) {
   EXPECT_FALSE(read_section(PGMDEV_FLASH_INI_HPS_NAND).present);
 }
 
+TEST_F(FlashIniFile, SectionCountsWhoseTableSizeWrapsAt32BitsReadAsAbsent) {
+  // 20 + 8N past 2^32 would wrap to 20, 4 or 12: a table that seems to end inside the file.
+  for (const DWORD count : {0x20000000u, 0x1FFFFFFEu, 0x1FFFFFFFu, 0xFFFFFFFFu}) {
+    BYTES file = make_file({{28, 4}}, bytes_of(4, 9));
+    for (int i = 0; i < 4; ++i) file[16 + i] = BYTE(count >> (8 * i));
+    write_bytes(m_path, file);
+    EXPECT_FALSE(read_section(PGMDEV_FLASH_INI_SFL_FLASH).present) << count;
+    EXPECT_FALSE(read_section(PGMDEV_FLASH_INI_HPS_SPI).present) << count;
+  }
+  // The same file with its true count reads.
+  write_bytes(m_path, make_file({{28, 4}}, bytes_of(4, 9)));
+  EXPECT_EQ(read_section(PGMDEV_FLASH_INI_SFL_FLASH).bytes, bytes_of(4, 9));
+}
+
 TEST_F(FlashIniFile, ForeignFileIsReplacedKeepingOnlyTheWrittenSection) {
   write_bytes(m_path, BYTES(100, 'x'));
   ASSERT_TRUE(write_section(PGMDEV_FLASH_INI_HPS_NAND, bytes_of(2, 9)));
