@@ -59,7 +59,9 @@ TEST(MutationCsv, DevInfoTableGeneratesLoadableFileOrIsRefused) {
         mutation::write_bytes(source, input);
         DEV_INFO_PROBE().generate_device_database(FIO_PATH(source), FIO_PATH(output));
         ++generated;
-        DEV_INFO_PROBE().initialize_device_database(FIO_PATH(output));  // no error allowed
+        DEV_INFO_PROBE loaded;
+        loaded.initialize_device_database(FIO_PATH(output));  // no error allowed
+        EXPECT_EQ(loaded.get_device_count(), TOTAL_DATABASE_DEVICE);
       });
   EXPECT_GT(outcomes.refusals, 0u);
   cfg_unset_value("PGMDEV_INSTALL_DIR");

@@ -49,6 +49,8 @@ class DEV_INFO_PROBE : public PGMDEV_DEV_INFO_MANAGER {
 void expect_both(const mutation::OUTCOMES& outcomes) {
   EXPECT_GT(outcomes.refusals, 0u);
   EXPECT_GT(outcomes.values + outcomes.refusals, mutation::MUTANTS - 1);
+  // Every size is exact: a file or body cut short never loads.
+  EXPECT_EQ(outcomes.truncated_values, 0u);
 }
 
 TEST(MutationDatabase, FlashFileAndBodyEndInValueOrInternalError) {
@@ -57,11 +59,16 @@ TEST(MutationDatabase, FlashFileAndBodyEndInValueOrInternalError) {
   const std::string path = (mutation::scratch_dir() / "pgm_flash.pcf").string();
   expect_both(mutation::run_all(file, [&](const BYTES& input) {
     mutation::write_bytes(path, input);
-    FLASH_PROBE().initialize_flash_database(FIO_PATH(path));
+    FLASH_PROBE manager;
+    manager.initialize_flash_database(FIO_PATH(path));
+    EXPECT_GT(manager.get_flash_count(), 0u);
+    EXPECT_NE(manager.get_flash_database(), nullptr);
   }));
   const BYTES body = pgmdev::inflate_body(file, pgmdev::MODULE_FLASH_MANAGER);
   expect_both(mutation::run_all(body, [](const BYTES& input) {
-    FLASH_PROBE().parse_database(input.data(), DWORD(input.size()));
+    FLASH_PROBE manager;
+    manager.parse_database(input.data(), DWORD(input.size()));
+    EXPECT_GT(manager.get_flash_count(), 0u);
   }));
 }
 
@@ -70,12 +77,18 @@ TEST(MutationDatabase, DevInfoFileAndBodyEndInValueOrInternalError) {
   expect_both(mutation::run_all(file, [](const BYTES& input) {
     DEV_INFO_PROBE manager;
     manager.initialize_from_image(input);
+    // Only a wrong magic returns without records; anything else that returns has them.
+    EXPECT_EQ(manager.get_device_database() == nullptr,
+              !std::equal(input.begin(), input.begin() + 8, "PGMIO_DM"));
     manager.look_up_families();
   }));
   const BYTES body = pgmdev::inflate_body(file, pgmdev::MODULE_DEV_INFO);
   expect_both(mutation::run_all(body, [](const BYTES& input) {
     DEV_INFO_PROBE manager;
     manager.parse_body(input);
+    // The record count is the body's second word, as stored.
+    EXPECT_EQ(manager.get_device_count(),
+              DWORD(input[4] | input[5] << 8 | input[6] << 16 | DWORD(input[7]) << 24));
     manager.look_up_families();
   }));
 }

@@ -34,12 +34,23 @@ class USER_FLASH_PROBE : public PGMDEV_FLASH_MANAGER {
   using PGMDEV_FLASH_MANAGER::parse_ext_flash_info;
 };
 
-// Loads the value as the manager does; true when the user record was accepted.
-bool load_user_value(const std::string& value) {
+// Loads the value as the manager does; true when the user record was accepted, which it
+// only is when the record passes the range checks.
+bool load_user_value(const std::string& value, std::string* device_name = nullptr) {
   cfg_set_value(PGMDEV_FLASH_MANAGER::USER_FLASH_KEY, value);
   USER_FLASH_PROBE manager;
   manager.parse_ext_flash_info();
-  return !manager.m_ini_flash.device_name.empty();
+  const PGMDEV_SFL_FLASH_INFO& record = manager.m_ini_flash;
+  if (record.device_name.empty()) return false;
+  EXPECT_NE(record.memory_id, 0);
+  EXPECT_NE(record.die_count, 0);
+  EXPECT_TRUE(record.sec_erase_time >= 1 && record.sec_erase_time <= 60);
+  EXPECT_TRUE(record.bulk_erase_time >= 1 && record.bulk_erase_time <= 900);
+  EXPECT_TRUE(record.program_utime >= 1000 && record.program_utime <= 1000000);
+  EXPECT_EQ(record.device_sector_byte % 1024, 0u);
+  EXPECT_EQ(record.device_bit_size % 1048576, 0u);
+  if (device_name != nullptr) *device_name = record.device_name;
+  return true;
 }
 
 const std::string USER_FLASH_FIELDS =
@@ -63,9 +74,17 @@ TEST(MutationFlashIni, DataFileEndsInListsOrNothing) {
           PGMDEV_FLASH_INI::read_flash_ini_data(PGMDEV_FLASH_INI_ENUM(section), size));
       ASSERT_EQ(block == nullptr, size == 0);
     }
-    user_records += PGMDEV_HPS_SPI_MGR::get_mgr()->get_user_list().size();
+    // User records first, then always all the built-in ones.
+    const PGMDEV_HPS_SPI_MGR& spi = *PGMDEV_HPS_SPI_MGR::get_mgr();
+    EXPECT_EQ(spi.get_list().size(), spi.get_user_list().size() + 27);
+    EXPECT_TRUE(
+        std::equal(spi.get_user_list().begin(), spi.get_user_list().end(), spi.get_list().begin()));
+    EXPECT_EQ(spi.get_list().back()->name, "QSPI_128");
+    user_records += spi.get_user_list().size();
     PGMDEV_HPS_SPI_MGR::delete_mgr();
-    user_records += PGMDEV_HPS_NAND_MGR::get_mgr()->get_user_list().size();
+    const PGMDEV_HPS_NAND_MGR& nand = *PGMDEV_HPS_NAND_MGR::get_mgr();
+    EXPECT_EQ(nand.get_list().size(), nand.get_user_list().size() + 10);
+    user_records += nand.get_user_list().size();
     PGMDEV_HPS_NAND_MGR::delete_mgr();
   });
   EXPECT_EQ(outcomes.refusals, 0u);  // the reader refuses by returning nothing
@@ -80,7 +99,10 @@ TEST(MutationFlashIni, UserFlashValueIsAcceptedOnlyWhenIntact) {
   // The encoded value as a site would mistype it.
   size_t accepted = 0;
   mutation::run_all(BYTES(encoded.begin(), encoded.end()), [&](const BYTES& input) {
-    accepted += load_user_value(std::string(input.begin(), input.end())) ? 1 : 0;
+    std::string name;
+    if (!load_user_value(std::string(input.begin(), input.end()), &name)) return;
+    ++accepted;
+    EXPECT_EQ(name, "AC25Q064");  // the seal lets only the intact definition through
   });
   // Mutated definitions, each sealed with its own password so that the field checks decide.
   mutation::run_all(BYTES(plain.begin(), plain.end()), [&](const BYTES& input) {

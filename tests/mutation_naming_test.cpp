@@ -44,6 +44,8 @@ TEST(MutationNaming, PayloadsEndInValueOrInternalError) {
     const BYTES blob = resealed(input);
     PGMDEV_DDB_OPN_DB db;
     pgmdev::parse_opn_payload(blob.data(), DWORD(blob.size()), db);
+    // One slot per number the payload's count announces.
+    EXPECT_EQ(db.m_slots.size(), pgmdev::read_le32(blob.data() + pgmdev::NAMING_MAGIC_SIZE));
   });
   EXPECT_GT(opn_outcomes.refusals, 0u);
   // The grammar blob is large; a tenth of the mutants keeps the run short.
@@ -55,6 +57,13 @@ TEST(MutationNaming, PayloadsEndInValueOrInternalError) {
         const BYTES blob = resealed(input);
         PGMDEV_DDB_GRAMMAR_DB db;
         pgmdev::parse_grammar_payload(blob.data(), DWORD(blob.size()), db);
+        // Whatever was kept, each section's keys are unique and in key order.
+        for (DWORD s = 0; s < DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX); ++s) {
+          const PGMDEV_DDB_GRAMMAR_SECTION& section = *db.get_section(s);
+          for (size_t i = 1; i < section.entries().size(); ++i) {
+            EXPECT_LT(section.key(section.entries()[i - 1]), section.key(section.entries()[i]));
+          }
+        }
       },
       mutation::MUTANTS / 10);
   EXPECT_GT(grammar_outcomes.refusals, 0u);

@@ -78,8 +78,9 @@ inline BYTES mutant(const BYTES& original, std::mt19937& rng) {
 }
 
 struct OUTCOMES {
-  size_t values = 0;    // inputs that loaded
-  size_t refusals = 0;  // inputs refused with an internal error
+  size_t values = 0;            // inputs that loaded
+  size_t refusals = 0;          // inputs refused with an internal error
+  size_t truncated_values = 0;  // truncations among the inputs that loaded
 };
 
 // Silences reports and standard output while inputs run; every report still ends the run.
@@ -123,10 +124,12 @@ inline OUTCOMES run_all(const BYTES& original, const std::function<void(const BY
     run_one(mutant(original, rng), load, outcomes, "mutant " + std::to_string(i));
   }
   if (original.size() <= TRUNCATION_LIMIT) {
+    const size_t mutant_values = outcomes.values;
     for (size_t size = 0; size < original.size(); ++size) {
       run_one(BYTES(original.begin(), original.begin() + long(size)), load, outcomes,
               "truncation " + std::to_string(size));
     }
+    outcomes.truncated_values = outcomes.values - mutant_values;
   }
   return outcomes;
 }
