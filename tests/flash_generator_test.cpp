@@ -29,11 +29,10 @@ TEST_F(FlashGenerator, RefusesBadCellsWithoutWritingAFile) {
   EXPECT_EQ(error_generating({{"ini", ""}}), "string.size() > 0");
   EXPECT_EQ(error_generating({{"die_count", ""}}), "string.size() > 0");
   EXPECT_EQ(error_generating({{"die_count", "two"}}), "Invalid string to integer conversion");
-  // No length check: the wrapped length byte makes a file that is refused when it loads.
-  EXPECT_EQ(error_generating({{"device_name", std::string(256, 'N')}}), "");
-  EXPECT_EQ(internal_error_of([] { PGMDEV_FLASH_MANAGER(false, 1); }),
+  // No length check: the wrapped length byte makes records that the load of the staged file
+  // refuses, so nothing is written.
+  EXPECT_EQ(error_generating({{"device_name", std::string(256, 'N')}}),
             "type == PGMDEV_MANAGER_BOOL");
-  fs::remove(pcf_path());
   EXPECT_EQ(error_generating(table_head()), "status && device_count > 0");
   EXPECT_FALSE(fs::exists(pcf_path()));
   EXPECT_EQ(
