@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "codec/pgmdev_le_codec.h"
 #include "fuzz_support.h"
 #include "pgm_cfg.h"
 #include "pgmdev_flash_ini.h"
@@ -19,18 +20,14 @@ inline std::string use_scratch_module_dir() {
   return scratch_file("pgm_flash.ini");
 }
 
-inline void append_le32(std::vector<BYTE>& out, DWORD value) {
-  for (int shift = 0; shift < 32; shift += 8) out.push_back(BYTE(value >> shift));
-}
-
 // A well-formed data file holding `sections` (an empty one is absent).
 inline std::vector<BYTE> flash_ini_file(const std::vector<std::vector<BYTE>>& sections) {
   std::vector<BYTE> file(FLASH_INI_MAGIC, FLASH_INI_MAGIC + FLASH_INI_MAGIC_SIZE);
-  append_le32(file, DWORD(sections.size()));
+  pgmdev::codec::append_le<DWORD>(file, DWORD(sections.size()));
   DWORD offset = DWORD(20 + 8 * sections.size());
   for (const auto& section : sections) {
-    append_le32(file, section.empty() ? 0 : offset);
-    append_le32(file, DWORD(section.size()));
+    pgmdev::codec::append_le<DWORD>(file, section.empty() ? 0 : offset);
+    pgmdev::codec::append_le<DWORD>(file, DWORD(section.size()));
     offset += DWORD(section.size());
   }
   for (const auto& section : sections) file.insert(file.end(), section.begin(), section.end());

@@ -23,25 +23,6 @@ class USER_FLASH_PROBE : public PGMDEV_FLASH_MANAGER {
   }
 };
 
-bool is_valid(const PGMDEV_SFL_FLASH_INFO& flash) {
-  const auto position = [](BYTE index) { return index <= 2; };
-  const BYTE marlo = flash.marlo_id;
-  return flash.memory_id != 0 && position(flash.memory_id_index) &&
-         (flash.memory_type_index == 0xFF || (position(flash.memory_type_index) &&
-                                              flash.memory_type_index != flash.memory_id_index)) &&
-         (flash.mfc_id_index == 0xFF ||
-          (position(flash.mfc_id_index) && flash.mfc_id_index != flash.memory_id_index &&
-           (flash.memory_type_index == 0xFF || flash.mfc_id_index != flash.memory_type_index))) &&
-         (marlo == 16 || marlo == 18 || marlo == 20 || marlo == 21 || marlo == 22 || marlo == 24 ||
-          marlo == 25 || marlo == 32) &&
-         flash.die_count != 0 && flash.device_bit_size != 0 &&
-         flash.device_bit_size % 1048576 == 0 && flash.device_sector_byte != 0 &&
-         flash.device_sector_byte % 1024 == 0 && flash.bulk_erase_time >= 1 &&
-         flash.bulk_erase_time <= 900 && flash.sec_erase_time >= 1 && flash.sec_erase_time <= 60 &&
-         flash.program_utime >= 1000 && flash.program_utime <= 1000000 &&
-         (flash.protection_division <= 31 || flash.protection_division == 0xFF);
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -78,6 +59,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }
     const PGMDEV_SFL_FLASH_INFO& flash = manager.load(text);
     // A record that loads has passed every check.
-    if (!flash.device_name.empty() && !is_valid(flash)) std::abort();
+    if (!flash.device_name.empty() &&
+        PGMDEV_FLASH_MANAGER::broken_user_flash_rule(flash) != nullptr)
+      std::abort();
   });
 }

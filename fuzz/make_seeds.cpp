@@ -11,16 +11,16 @@
 #include <string>
 #include <vector>
 
+#include "codec/pgmdev_db_container.h"
 #include "fuzz_flash_ini.h"
 #include "fuzz_naming.h"
+#include "hps/pgmdev_hps_builtin.h"
+#include "naming/pgmdev_naming_db.h"
 #include "pgm_cfg.h"
 #include "pgm_text.h"
-#include "codec/pgmdev_db_container.h"
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_flash_manager.h"
-#include "hps/pgmdev_hps_builtin.h"
 #include "pgmdev_hps_mgr.h"
-#include "naming/pgmdev_naming_db.h"
 
 namespace {
 
@@ -88,10 +88,10 @@ SEEDS flash_ini_file_seeds() {
 BYTES checked(BYTE type, BYTE flags, DWORD multiple, const std::vector<DWORD>& ranges,
               const std::vector<DWORD>& hits, const std::string& text) {
   BYTES out{0, type, flags};
-  pgmdev_fuzz::append_le32(out, multiple);
+  pgmdev::codec::append_le<DWORD>(out, multiple);
   for (const auto* list : {&ranges, &hits}) {
     out.push_back(BYTE(list->size() / 2));
-    for (DWORD word : *list) pgmdev_fuzz::append_le32(out, word);
+    for (DWORD word : *list) pgmdev::codec::append_le<DWORD>(out, word);
   }
   return cat({out, bytes_of(text + "\n")});
 }
@@ -243,7 +243,7 @@ BYTES opn_payload(DWORD count) {
   const std::vector<DWORD>& slots = pgmdev::naming_opn_db()->m_slots;
   count = std::min<DWORD>(count, DWORD(slots.size()));
   BYTES out;
-  pgmdev::append_le32(out, count);
+  pgmdev::codec::append_le<DWORD>(out, count);
   for (DWORD i = 0; i < count; ++i) pgmdev::append_varint(out, slots[i]);
   return out;
 }

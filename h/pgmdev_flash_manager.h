@@ -132,6 +132,11 @@ class PGMDEV_FLASH_MANAGER {
   void print_database(DWORD index) const;
   void print_ini_database() const;
 
+  // The first rule a user flash definition breaks, as a sentence naming its fields ("sec_erase_time
+  // is 1 to 60"), or null when the record keeps every rule. Decides, with the password seal,
+  // whether a definition loads.
+  static const char* broken_user_flash_rule(const PGMDEV_SFL_FLASH_INFO& record);
+
   // Configuration key of the user flash definition and its debug switch.
   static const char* const USER_FLASH_KEY;
   static const char* const USER_FLASH_DEBUG_KEY;
@@ -152,7 +157,9 @@ class PGMDEV_FLASH_MANAGER {
   void check_mapping_preconditions(DWORD device) const;
 
   // User flash definition.
-  void parse_ext_flash_info();
+  // Reads the configuration value into the user's record; false (and the record empty) when
+  // there is none or it fails a check.
+  bool parse_ext_flash_info();
   static bool get_string_from_ini(const std::string& text, std::string* value, size_t& position);
   bool assign_ini(const std::string* fields);
   static bool get_boolean_from_string(const std::string& text, bool& ok);

@@ -1,12 +1,13 @@
 // Configuration lookups: in-process overrides, then the environment, then an INI file.
 #include "pgm_cfg.h"
 
-#include <boost/algorithm/string/predicate.hpp>
 #include <boost/property_tree/ini_parser.hpp>
 #include <boost/property_tree/ptree.hpp>
 #include <cstdlib>
 #include <map>
 #include <mutex>
+
+#include "pgm_text.h"
 
 namespace {
 
@@ -59,10 +60,10 @@ std::string cfg_get_value(const std::string& key) {
 bool cfg_is_on(const std::string& key, bool default_value) {
   const std::string value = cfg_get_value(key);
   for (const char* on : {"on", "1", "true", "yes"}) {
-    if (boost::algorithm::iequals(value, on)) return true;
+    if (gen_stricmp(value, on) == 0) return true;
   }
   for (const char* off : {"off", "0", "false", "no"}) {
-    if (boost::algorithm::iequals(value, off)) return false;
+    if (gen_stricmp(value, off) == 0) return false;
   }
   return default_value;
 }

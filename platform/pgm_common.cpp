@@ -1,8 +1,9 @@
 // String comparison and number conversion of the programmer's common services.
 #include "pgm_common.h"
 
-#include <boost/algorithm/string/predicate.hpp>
 #include <cctype>
+
+#include "pgm_text.h"
 
 namespace {
 
@@ -37,7 +38,7 @@ bool parse_digits(const std::string& digits, unsigned base, DWORD* value, std::s
 namespace PGM_COMMON {
 
 int compare_string(const std::string& a, const std::string& b, bool case_sensitive) {
-  return case_sensitive ? a == b : boost::algorithm::iequals(a, b);
+  return case_sensitive ? a == b : gen_stricmp(a, b) == 0;
 }
 
 DWORD convert_string_to_dword(const std::string& text, DWORD fallback, bool* success,

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "pgm_dev_catalog_data.h"
+#include "pgm_text.h"
 
 namespace catalog = pgmdev::catalog;
 
@@ -23,7 +24,7 @@ const T* row(const std::vector<T>& table, long long value) {
 
 // "", "ANY" and "any" (in any case) match everything.
 bool is_wildcard(const std::string& filter) {
-  return filter.empty() || catalog::ascii_iequals(filter, "ANY");
+  return filter.empty() || gen_stricmp(filter, "ANY") == 0;
 }
 
 // A family or device filter as its value: 0 for "any", -1 for a name the catalogue lacks.
@@ -36,7 +37,7 @@ int resolve(const std::string& filter, const catalog::NameIndex& index) {
 // One text filter, its wildcard test made once rather than once per part.
 struct TextFilter {
   explicit TextFilter(const std::string& text) : any(is_wildcard(text)), text(text) {}
-  bool equals(std::string_view value) const { return any || catalog::ascii_iequals(text, value); }
+  bool equals(std::string_view value) const { return any || gen_stricmp(text, value) == 0; }
   bool within(std::string_view value) const { return any || catalog::ascii_icontains(value, text); }
   bool any;
   const std::string& text;

@@ -7,6 +7,7 @@
 #include "catalog_devices_csv.h"
 #include "catalog_families_csv.h"
 #include "pgm_msg.h"
+#include "pgm_text.h"
 
 namespace pgmdev::catalog {
 namespace {
@@ -21,8 +22,6 @@ static_assert(kPartCount > 0, "parts.csv must hold at least one part");
 [[noreturn]] void fail(const char* condition, int line) {
   MSG_INTERNAL_ERROR::report(condition, "PGMDEV", "platform/pgm_dev_catalog", line);
 }
-
-char upper(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c; }
 
 // A table as a flat grid of cells: row 0 is the header; every row has the header's width.
 // One pass over the bytes; the cells point into the text.
@@ -168,18 +167,13 @@ int find_name(const NameIndex& index, const char* name) {
 
 std::string ascii_upper(std::string_view text) {
   std::string out(text);
-  std::transform(out.begin(), out.end(), out.begin(), upper);
-  return out;
-}
-
-bool ascii_iequals(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
-                                            [](char x, char y) { return upper(x) == upper(y); });
+  return stl_toupper(out);
 }
 
 bool ascii_icontains(std::string_view text, std::string_view needle) {
-  return std::search(text.begin(), text.end(), needle.begin(), needle.end(),
-                     [](char x, char y) { return upper(x) == upper(y); }) != text.end();
+  return std::search(text.begin(), text.end(), needle.begin(), needle.end(), [](char x, char y) {
+           return gen_ascii_toupper(x) == gen_ascii_toupper(y);
+         }) != text.end();
 }
 
 }  // namespace pgmdev::catalog

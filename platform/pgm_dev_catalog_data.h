@@ -58,8 +58,8 @@ CatalogTables load_tables();
 // The value of `name` (case ignored) in `index`, or 0 when unknown or null.
 int find_name(const NameIndex& index, const char* name);
 
+// The index key of a name: its ASCII upper case.
 std::string ascii_upper(std::string_view text);
-bool ascii_iequals(std::string_view a, std::string_view b);
 // Whether `text` contains `needle`, ignoring case.
 bool ascii_icontains(std::string_view text, std::string_view needle);
 

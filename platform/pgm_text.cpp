@@ -1,8 +1,6 @@
 // Text helpers: trimming, case, conversions, printf into std::string, cell splitting.
 #include "pgm_text.h"
 
-#include <strings.h>
-
 #include <boost/algorithm/string/case_conv.hpp>
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/trim.hpp>
@@ -12,7 +10,26 @@
 #include <cstdio>
 #include <cstdlib>
 
-int gen_stricmp(const char* a, const char* b) { return strcasecmp(a ? a : "", b ? b : ""); }
+namespace {
+
+unsigned char ascii_fold(char c) {
+  return static_cast<unsigned char>((c >= 'A' && c <= 'Z') ? c + 32 : c);
+}
+
+}  // namespace
+
+int gen_stricmp(std::string_view a, std::string_view b) {
+  const size_t common = a.size() < b.size() ? a.size() : b.size();
+  for (size_t i = 0; i < common; ++i) {
+    const int difference = int(ascii_fold(a[i])) - int(ascii_fold(b[i]));
+    if (difference != 0) return difference;
+  }
+  return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
+}
+
+int gen_stricmp(const char* a, const char* b) {
+  return gen_stricmp(std::string_view(a ? a : ""), std::string_view(b ? b : ""));
+}
 
 char gen_ascii_toupper(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 32) : c; }
 
@@ -55,9 +72,7 @@ std::string& stl_toupper(std::string& text) {
 }
 
 std::string& stl_tolower(std::string& text) {
-  for (char& c : text) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-  }
+  for (char& c : text) c = static_cast<char>(ascii_fold(c));
   return text;
 }
 

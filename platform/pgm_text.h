@@ -3,12 +3,17 @@
 
 #include <cstdarg>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "pgm_types.h"
 
-// Case-blind comparison of ASCII strings, like strcmp's sign.
+// The one case-blind comparison of the code base: ASCII letters fold to lower case, other
+// bytes compare as they are, the sign like strcmp's (and strcasecmp's in the C locale).
+int gen_stricmp(std::string_view a, std::string_view b);
+// The same for C strings; a null pointer reads as "".
 int gen_stricmp(const char* a, const char* b);
+// The one ASCII upper-casing: other bytes stay as they are.
 char gen_ascii_toupper(char c);
 // `value` in `radix` (2 to 36), lower-case digits, "-" for negative decimal values.
 std::string gen_itoa(long long value, int radix = 10);

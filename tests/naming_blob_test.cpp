@@ -3,8 +3,8 @@
 
 #include <boost/crc.hpp>
 
-#include "naming_test_support.h"
 #include "naming/pgmdev_naming_db.h"
+#include "naming_test_support.h"
 
 namespace {
 
@@ -29,7 +29,7 @@ std::string parse_grammar(const std::vector<BYTE>& payload) {
 
 std::vector<BYTE> opn_payload(const std::vector<QWORD>& values, DWORD count) {
   std::vector<BYTE> payload;
-  pgmdev::append_le32(payload, count);
+  pgmdev::codec::append_le<DWORD>(payload, count);
   for (QWORD value : values) pgmdev::append_varint(payload, value);
   return payload;
 }

@@ -63,7 +63,7 @@ TEST_F(NamingPacker, PacksWithTheSharedEncoding) {
   for (int i = 0; i < 8; ++i) sections.push_back({{"K" + std::to_string(i), {"A", "B"}}});
   const size_t grammar = pgmdev::seal_naming_blob(naming_test::grammar_payload(sections)).size();
   std::vector<BYTE> opn;
-  pgmdev::append_le32(opn, 4);
+  pgmdev::codec::append_le<DWORD>(opn, 4);
   for (QWORD part : {0, 7, 0, 300}) pgmdev::append_varint(opn, part);
   const size_t opn_size = pgmdev::seal_naming_blob(opn).size();
   EXPECT_NE(source.find("PGMDDB_GRAMMAR_LENGTH = " + std::to_string(grammar) + ";"),

@@ -5,9 +5,9 @@
 #include <iostream>
 #include <sstream>
 
+#include "naming/pgmdev_naming_codec.h"
 #include "naming_sources.h"
 #include "pgm_zlib.h"
-#include "naming/pgmdev_naming_codec.h"
 
 namespace naming_packer {
 namespace {
@@ -26,7 +26,7 @@ std::vector<BYTE> grammar_payload(const std::string& directory) {
 std::vector<BYTE> opn_payload(const std::string& directory) {
   const std::vector<DWORD> slots = read_opn_slots(directory);
   std::vector<BYTE> payload;
-  pgmdev::append_le32(payload, DWORD(slots.size()));
+  pgmdev::codec::append_le<DWORD>(payload, DWORD(slots.size()));
   for (DWORD part : slots) pgmdev::append_varint(payload, part);
   return payload;
 }

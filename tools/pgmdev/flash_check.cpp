@@ -2,7 +2,6 @@
 // names the first rule that refuses it, and confirms the verdict with a real load.
 #include "flash_check.h"
 
-#include <functional>
 #include <iostream>
 #include <sstream>
 
@@ -26,53 +25,6 @@ class FLASH_VALUE_PROBE : public PGMDEV_FLASH_MANAGER {
   using PGMDEV_FLASH_MANAGER::get_string_from_ini;
   const PGMDEV_SFL_FLASH_INFO& user_record() const { return m_ini_flash; }
 };
-
-struct Rule {
-  const char* text;
-  std::function<bool(const PGMDEV_SFL_FLASH_INFO&)> holds;
-};
-
-bool index_ok(BYTE index) { return index <= 2; }
-
-// The checks a decoded definition must pass before it is loaded.
-const std::vector<Rule>& validity_rules() {
-  static const std::vector<Rule> rules = {
-      {"memory_id is not 0", [](const auto& r) { return r.memory_id != 0; }},
-      {"memory_id_index is 0, 1 or 2", [](const auto& r) { return index_ok(r.memory_id_index); }},
-      {"memory_type_index is 255, or 0 to 2 and not memory_id_index",
-       [](const auto& r) {
-         return r.memory_type_index == 0xFF ||
-                (index_ok(r.memory_type_index) && r.memory_type_index != r.memory_id_index);
-       }},
-      {"mfc_id_index is 255, or 0 to 2 and at neither other index",
-       [](const auto& r) {
-         return r.mfc_id_index == 0xFF ||
-                (index_ok(r.mfc_id_index) && r.mfc_id_index != r.memory_id_index &&
-                 (r.memory_type_index == 0xFF || r.mfc_id_index != r.memory_type_index));
-       }},
-      {"marlo_id is one of 16, 18, 20, 21, 22, 24, 25, 32",
-       [](const auto& r) {
-         for (BYTE code : {16, 18, 20, 21, 22, 24, 25, 32}) {
-           if (r.marlo_id == code) return true;
-         }
-         return false;
-       }},
-      {"die_count is not 0", [](const auto& r) { return r.die_count != 0; }},
-      {"device_bit_size is a non-zero multiple of 1048576 (whole Mbit)",
-       [](const auto& r) { return r.device_bit_size != 0 && r.device_bit_size % 1048576 == 0; }},
-      {"device_sector_byte is a non-zero multiple of 1024 (whole KB)",
-       [](const auto& r) { return r.device_sector_byte != 0 && r.device_sector_byte % 1024 == 0; }},
-      {"bulk_erase_time is 1 to 900",
-       [](const auto& r) { return r.bulk_erase_time >= 1 && r.bulk_erase_time <= 900; }},
-      {"sec_erase_time is 1 to 60",
-       [](const auto& r) { return r.sec_erase_time >= 1 && r.sec_erase_time <= 60; }},
-      {"program_utime is 1000 to 1000000",
-       [](const auto& r) { return r.program_utime >= 1000 && r.program_utime <= 1000000; }},
-      {"protection_division is at most 31, or 255",
-       [](const auto& r) { return r.protection_division <= 31 || r.protection_division == 0xFF; }},
-  };
-  return rules;
-}
 
 struct Verdict {
   std::string stage;  // where the value stopped: "", "decode", "seal", "fields", "rule", ...
@@ -119,12 +71,10 @@ Verdict examine(const std::string& value) {
   }
   verdict.have_record = true;
   verdict.record = probe.user_record();
-  for (const Rule& rule : validity_rules()) {
-    if (!rule.holds(verdict.record)) {
-      verdict.stage = "rule";
-      verdict.reason = std::string("rule refused: ") + rule.text;
-      return verdict;
-    }
+  if (const char* rule = PGMDEV_FLASH_MANAGER::broken_user_flash_rule(verdict.record)) {
+    verdict.stage = "rule";
+    verdict.reason = std::string("rule refused: ") + rule;
+    return verdict;
   }
   if (!probe.cmp_ini_password(text, password)) {
     verdict.stage = "password";

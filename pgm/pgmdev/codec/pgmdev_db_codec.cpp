@@ -3,8 +3,9 @@
 
 #include <algorithm>
 
-#include "pgm_common.h"
 #include "base/pgmdev_check.h"
+#include "codec/pgmdev_le_codec.h"
+#include "pgm_common.h"
 
 namespace pgmdev {
 
@@ -46,10 +47,9 @@ void DB_READER::report_failure(const char* text, int line) const {
 
 DWORD DB_READER::get_dword(int line) {
   require(4, bound_text(4, true), line);
-  // Through a local pointer: stores to m_index could otherwise alias the byte reads.
-  const BYTE* bytes = m_data + m_index;
+  const DWORD value = codec::load_le<DWORD>(m_data + m_index);
   m_index += 4;
-  return DWORD(bytes[0]) | DWORD(bytes[1]) << 8 | DWORD(bytes[2]) << 16 | DWORD(bytes[3]) << 24;
+  return value;
 }
 
 DWORD DB_READER::skip_dwords(DWORD count, int line) {
@@ -79,7 +79,7 @@ void DB_READER::get_word_data(WORD* out) {
   const BYTE type = get_byte();
   READER_CHECK(type == PGMDEV_MANAGER_WORD, "type == PGMDEV_MANAGER_WORD");
   require(2, bound_text(2, true), __LINE__);
-  *out = WORD(m_data[m_index] | (m_data[m_index + 1] << 8));
+  *out = codec::load_le<WORD>(m_data + m_index);
   m_index += 2;
 }
 
@@ -147,7 +147,8 @@ void DB_WRITER::dump_byte(BYTE value, int line) {
 
 void DB_WRITER::dump_dword_database(DWORD value, int line) {
   require(4, bound_text(4, false), line);
-  for (int shift = 0; shift < 32; shift += 8) m_data[m_index++] = BYTE(value >> shift);
+  codec::store_le<DWORD>(m_data.data() + m_index, value);
+  m_index += 4;
 }
 
 void DB_WRITER::dump_bool_to_database(const std::string& text) {
@@ -167,7 +168,11 @@ void DB_WRITER::dump_value_to_database(const std::string& text, DWORD count) {
       count == 1 ? PGMDEV_MANAGER_BYTE : (count == 2 ? PGMDEV_MANAGER_WORD : PGMDEV_MANAGER_DWORD);
   dump_byte(tag);
   require(count, bound_text(count, false), __LINE__);
-  for (DWORD i = 0; i < count; ++i) m_data[m_index++] = BYTE(value >> (8 * i));
+  // The low `count` bytes of the value's little-endian form.
+  BYTE bytes[sizeof(DWORD)];
+  codec::store_le<DWORD>(bytes, value);
+  std::copy(bytes, bytes + count, m_data.begin() + m_index);
+  m_index += count;
 }
 
 void DB_WRITER::dump_enum_value(DWORD value) {

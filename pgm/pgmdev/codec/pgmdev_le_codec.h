@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <type_traits>
 #include <vector>
 
@@ -10,20 +11,32 @@
 
 namespace pgmdev::codec {
 
-// Reads sizeof(T) bytes at p, least significant first. The caller has checked the bound.
+// The host's value with its bytes in little-endian order (a no-op on little-endian hosts).
 template <typename T>
-constexpr T load_le(const BYTE* p) {
+inline T to_le(T value) {
   static_assert(std::is_unsigned_v<T>, "little-endian values are unsigned");
-  T value = 0;
-  for (std::size_t i = sizeof(T); i-- > 0;) value = T(value << 8 | T(p[i]));
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+  if constexpr (sizeof(T) == 2) return T(__builtin_bswap16(value));
+  if constexpr (sizeof(T) == 4) return T(__builtin_bswap32(value));
+  if constexpr (sizeof(T) == 8) return T(__builtin_bswap64(value));
+#endif
   return value;
+}
+
+// Reads sizeof(T) bytes at p, least significant first. The caller has checked the bound.
+// Through memcpy, so that the compiler makes one load of it whatever p's alignment.
+template <typename T>
+inline T load_le(const BYTE* p) {
+  T value;
+  std::memcpy(&value, p, sizeof(T));
+  return to_le(value);
 }
 
 // Writes sizeof(T) bytes at p, least significant first. The caller has checked the bound.
 template <typename T>
-constexpr void store_le(BYTE* p, T value) {
-  static_assert(std::is_unsigned_v<T>, "little-endian values are unsigned");
-  for (std::size_t i = 0; i < sizeof(T); ++i) p[i] = BYTE(value >> (8 * i));
+inline void store_le(BYTE* p, T value) {
+  value = to_le(value);
+  std::memcpy(p, &value, sizeof(T));
 }
 
 template <typename T>

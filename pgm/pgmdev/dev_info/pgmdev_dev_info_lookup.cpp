@@ -1,8 +1,8 @@
 // Device information manager: table look-ups, linear searches and record copies.
 #include <algorithm>
 
-#include "pgm_text.h"
 #include "dev_info/pgmdev_dev_info_internal.h"
+#include "pgm_text.h"
 #include "pgmdev_dev_info_manager.h"
 
 // Identifiers are compared as unsigned values so that a negative part number is out of range.
@@ -45,21 +45,32 @@ DWORD PGMDEV_DEV_INFO_MANAGER::searchable_count() const {
   return std::min<DWORD>(TOTAL_DATABASE_DEVICE, DWORD(m_device_database->size()));
 }
 
+namespace {
+
+// The position of the first of `count` records whose identifier (`id_of`) is `wanted`, or
+// INVALID_DWORD; every identifier passed on the way must lie below `limit`.
+template <typename RECORDS, typename ID_OF>
+DWORD find_record(const RECORDS& records, DWORD count, DWORD wanted, DWORD limit,
+                  const char* limit_text, ID_OF id_of) {
+  for (DWORD i = 0; i < count; ++i) {
+    const DWORD id = id_of(records[i]);
+    DEV_INFO_CHECK(id < limit, limit_text);
+    if (id == wanted) return i;
+  }
+  return INVALID_DWORD;
+}
+
+}  // namespace
+
 bool PGMDEV_DEV_INFO_MANAGER::search_family(DEV_FAMILY_ENUM family, bool allow_invalid) {
   m_index = INVALID_DWORD;
   DEV_INFO_CHECK(m_device_database != nullptr && DWORD(family) < DEV_FAMILY_MAX &&
                      (allow_invalid || family != DEV_FAMILY_INVALID),
                  "m_device_database != NULL && family < DEV_FAMILY_MAX && (allow_invalid || "
                  "family != DEV_FAMILY_INVALID)");
-  for (DWORD i = 0; i < searchable_count(); ++i) {
-    const DWORD id = (*m_device_database)[i].family;
-    DEV_INFO_CHECK(id < DEV_FAMILY_MAX, "id < DEV_FAMILY_MAX");
-    if (id == DWORD(family)) {
-      m_index = i;
-      return true;
-    }
-  }
-  return false;
+  m_index = find_record(*m_device_database, searchable_count(), DWORD(family), DEV_FAMILY_MAX,
+                        "id < DEV_FAMILY_MAX", [](const auto& r) { return DWORD(r.family); });
+  return m_index != INVALID_DWORD;
 }
 
 bool PGMDEV_DEV_INFO_MANAGER::search_device(DEV_DEVICE_ENUM device, bool allow_invalid) {
@@ -68,15 +79,9 @@ bool PGMDEV_DEV_INFO_MANAGER::search_device(DEV_DEVICE_ENUM device, bool allow_i
                      (allow_invalid || device != DEV_DEVICE_INVALID),
                  "m_device_database != NULL && device < DEV_DEVICE_MAX && (allow_invalid || "
                  "device != DEV_DEVICE_INVALID)");
-  for (DWORD i = 0; i < searchable_count(); ++i) {
-    const DWORD id = (*m_device_database)[i].device;
-    DEV_INFO_CHECK(id < DEV_DEVICE_MAX, "id < DEV_DEVICE_MAX");
-    if (id == DWORD(device)) {
-      m_index = i;
-      return true;
-    }
-  }
-  return false;
+  m_index = find_record(*m_device_database, searchable_count(), DWORD(device), DEV_DEVICE_MAX,
+                        "id < DEV_DEVICE_MAX", [](const auto& r) { return DWORD(r.device); });
+  return m_index != INVALID_DWORD;
 }
 
 bool PGMDEV_DEV_INFO_MANAGER::search_part(int part, bool allow_invalid) {
@@ -85,15 +90,9 @@ bool PGMDEV_DEV_INFO_MANAGER::search_part(int part, bool allow_invalid) {
                      (allow_invalid || part != DEV_PART_INVALID),
                  "m_device_database != NULL && part < DEV_PART_MAX && (allow_invalid || part "
                  "!= DEV_PART_INVALID)");
-  for (DWORD i = 0; i < searchable_count(); ++i) {
-    const int id = (*m_device_database)[i].part;
-    DEV_INFO_CHECK(DWORD(id) < DWORD(DEV_PART_MAX), "id < DEV_PART_MAX");
-    if (id == part) {
-      m_index = i;
-      return true;
-    }
-  }
-  return false;
+  m_index = find_record(*m_device_database, searchable_count(), DWORD(part), DWORD(DEV_PART_MAX),
+                        "id < DEV_PART_MAX", [](const auto& r) { return DWORD(r.part); });
+  return m_index != INVALID_DWORD;
 }
 
 bool PGMDEV_DEV_INFO_MANAGER::search_pcf_for_device(DEV_DEVICE_ENUM device) {

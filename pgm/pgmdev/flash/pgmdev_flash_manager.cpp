@@ -1,13 +1,13 @@
 // Flash manager: construction, loading of programmer/pgm_flash.pcf and the gating of records.
 #include "pgmdev_flash_manager.h"
 
-#include "pgm_cfg.h"
-#include "pgm_text.h"
-#include "pgmdev_build_config.h"
 #include "base/pgmdev_check.h"
 #include "codec/pgmdev_db_codec.h"
 #include "codec/pgmdev_db_container.h"
 #include "flash/pgmdev_flash_columns.h"
+#include "pgm_cfg.h"
+#include "pgm_text.h"
+#include "pgmdev_build_config.h"
 
 namespace {
 
@@ -74,7 +74,7 @@ bool PGMDEV_FLASH_MANAGER::parse_database(const BYTE* data, DWORD data_size) {
   PGMDEV_CHECK(m_flash_count <= data_size / minimum_record_size(),
                "m_flash_count <= data_size / minimum_record_size", MODULE);
 
-  parse_ext_flash_info();
+  if (parse_ext_flash_info() && m_debug) print_ini_database();
   m_ini_count = m_ini_flash.device_name.empty() ? 0 : 1;
   m_flash_database =
       std::make_shared<std::vector<PGMDEV_SFL_FLASH_INFO>>(m_flash_count + m_ini_count);

@@ -4,10 +4,11 @@
 #include <iostream>
 #include <vector>
 
+#include "base/pgmdev_check.h"
+#include "codec/pgmdev_le_codec.h"
 #include "pgm_common.h"
 #include "pgm_version.h"
 #include "pgm_zlib.h"
-#include "base/pgmdev_check.h"
 #include "pgmdev_flash_manager.h"
 
 namespace {
@@ -127,8 +128,8 @@ std::string PGMDEV_FLASH_MANAGER::gen_ini_password(const std::string& text) {
   PGMDEV_CHECK(total_size > 0, "total_size > 0", MODULE);
   const std::string line = ini_version_line();
   const WORD seed = crc16(reinterpret_cast<const BYTE*>(line.data()), line.size());
-  const BYTE seed_even = BYTE(seed & 0xFF);
-  const BYTE seed_odd = BYTE(seed >> 8);
+  BYTE seed_bytes[sizeof(WORD)];  // even positions take the low byte, odd ones the high
+  pgmdev::codec::store_le<WORD>(seed_bytes, seed);
   const size_t sector_size = (total_size + 7) / 8;
   PGMDEV_CHECK(sector_size > 0, "sector_size > 0", MODULE);
 
@@ -138,11 +139,12 @@ std::string PGMDEV_FLASH_MANAGER::gen_ini_password(const std::string& text) {
     std::fill(group.begin(), group.end(), 0);
     size_t count = 0;
     for (size_t j = pass; j < total_size; j += 8) {
-      group[count++] = BYTE(text[j]) ^ (j % 2 == 0 ? seed_even : seed_odd);
+      group[count++] = BYTE(text[j]) ^ seed_bytes[j % 2];
     }
-    const WORD crc = crc16(group.data(), group.size());
-    password += password_letter(BYTE(crc & 0xFF));
-    password += password_letter(BYTE(crc >> 8));
+    BYTE crc[sizeof(WORD)];
+    pgmdev::codec::store_le<WORD>(crc, crc16(group.data(), group.size()));
+    password += password_letter(crc[0]);
+    password += password_letter(crc[1]);
   }
   return password;
 }

@@ -3,16 +3,20 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "flash/pgmdev_flash_columns.h"
 #include "pgm_cfg.h"
 #include "pgm_common.h"
 #include "pgm_text.h"
-#include "flash/pgmdev_flash_columns.h"
 #include "pgmdev_flash_manager.h"
 
 const char* const PGMDEV_FLASH_MANAGER::USER_FLASH_KEY = "PGM_3RD_PARTY_FLASH_INI";
 const char* const PGMDEV_FLASH_MANAGER::USER_FLASH_DEBUG_KEY = "PGM_3RD_PARTY_FLASH_INI_DEBUG";
 
 namespace {
+
+using RECORD = PGMDEV_SFL_FLASH_INFO;
+
+bool is_position(BYTE index) { return index <= 2; }
 
 // The configuration device type codes a user definition may carry.
 bool is_known_marlo_id(BYTE id) {
@@ -22,33 +26,62 @@ bool is_known_marlo_id(BYTE id) {
   return false;
 }
 
-bool is_position(BYTE index) { return index <= 2; }
+// The ranges and relations a definition must satisfy before it may drive a chip, each with
+// the sentence that names it.
+struct USER_FLASH_RULE {
+  const char* text;
+  bool (*holds)(const RECORD&);
+};
 
-// The ranges and relations a definition must satisfy before it may drive a chip.
-bool is_valid_user_flash(const PGMDEV_SFL_FLASH_INFO& flash) {
-  const bool type_unchecked = flash.memory_type_index == 0xFF;
-  return flash.memory_id != 0 && is_position(flash.memory_id_index) &&
-         (type_unchecked || (is_position(flash.memory_type_index) &&
-                             flash.memory_type_index != flash.memory_id_index)) &&
-         (flash.mfc_id_index == 0xFF ||
-          (is_position(flash.mfc_id_index) && flash.mfc_id_index != flash.memory_id_index &&
-           (type_unchecked || flash.mfc_id_index != flash.memory_type_index))) &&
-         is_known_marlo_id(flash.marlo_id) && flash.die_count != 0 && flash.device_bit_size != 0 &&
-         flash.device_bit_size % 1048576 == 0 && flash.device_sector_byte != 0 &&
-         flash.device_sector_byte % 1024 == 0 && flash.bulk_erase_time >= 1 &&
-         flash.bulk_erase_time <= 900 && flash.sec_erase_time >= 1 && flash.sec_erase_time <= 60 &&
-         flash.program_utime >= 1000 && flash.program_utime <= 1000000 &&
-         (flash.protection_division <= 31 || flash.protection_division == 0xFF);
-}
+constexpr USER_FLASH_RULE USER_FLASH_RULES[] = {
+    {"memory_id is not 0", [](const RECORD& r) { return r.memory_id != 0; }},
+    {"memory_id_index is 0, 1 or 2",
+     [](const RECORD& r) { return is_position(r.memory_id_index); }},
+    {"memory_type_index is 255, or 0 to 2 and not memory_id_index",
+     [](const RECORD& r) {
+       return r.memory_type_index == 0xFF ||
+              (is_position(r.memory_type_index) && r.memory_type_index != r.memory_id_index);
+     }},
+    {"mfc_id_index is 255, or 0 to 2 and at neither other index",
+     [](const RECORD& r) {
+       return r.mfc_id_index == 0xFF ||
+              (is_position(r.mfc_id_index) && r.mfc_id_index != r.memory_id_index &&
+               (r.memory_type_index == 0xFF || r.mfc_id_index != r.memory_type_index));
+     }},
+    {"marlo_id is one of 16, 18, 20, 21, 22, 24, 25, 32",
+     [](const RECORD& r) { return is_known_marlo_id(r.marlo_id); }},
+    {"die_count is not 0", [](const RECORD& r) { return r.die_count != 0; }},
+    {"device_bit_size is a non-zero multiple of 1048576 (whole Mbit)",
+     [](const RECORD& r) { return r.device_bit_size != 0 && r.device_bit_size % 1048576 == 0; }},
+    {"device_sector_byte is a non-zero multiple of 1024 (whole KB)",
+     [](const RECORD& r) { return r.device_sector_byte != 0 && r.device_sector_byte % 1024 == 0; }},
+    {"bulk_erase_time is 1 to 900",
+     [](const RECORD& r) { return r.bulk_erase_time >= 1 && r.bulk_erase_time <= 900; }},
+    {"sec_erase_time is 1 to 60",
+     [](const RECORD& r) { return r.sec_erase_time >= 1 && r.sec_erase_time <= 60; }},
+    {"program_utime is 1000 to 1000000",
+     [](const RECORD& r) { return r.program_utime >= 1000 && r.program_utime <= 1000000; }},
+    {"protection_division is at most 31, or 255",
+     [](const RECORD& r) { return r.protection_division <= 31 || r.protection_division == 0xFF; }},
+};
 
 }  // namespace
 
-void PGMDEV_FLASH_MANAGER::parse_ext_flash_info() {
-  null_info_database(&m_ini_flash);
+const char* PGMDEV_FLASH_MANAGER::broken_user_flash_rule(const PGMDEV_SFL_FLASH_INFO& record) {
+  for (const USER_FLASH_RULE& rule : USER_FLASH_RULES) {
+    if (!rule.holds(record)) return rule.text;
+  }
+  return nullptr;
+}
+
+// Touches nothing of the manager's but the user's record, which it leaves empty unless the
+// definition passes every check.
+bool PGMDEV_FLASH_MANAGER::parse_ext_flash_info() {
+  m_ini_flash = PGMDEV_SFL_FLASH_INFO();
   const std::string value = cfg_get_value(USER_FLASH_KEY);
-  if (value.empty()) return;  // no user flash: nothing to say
+  if (value.empty()) return false;  // no user flash: nothing to say
   std::string text = decode_ini(value);
-  if (text.empty()) return;
+  if (text.empty()) return false;
   const bool debug = cfg_is_on(USER_FLASH_DEBUG_KEY, false);
   if (debug) std::cout << text << "\n";
 
@@ -61,7 +94,7 @@ void PGMDEV_FLASH_MANAGER::parse_ext_flash_info() {
     text.resize(hash);
     if (debug) std::cout << text << "\n" << password << "\n";
   }
-  if (text.empty() || password.empty()) return;
+  if (text.empty() || password.empty()) return false;
 
   std::string fields[TOTAL_DATABASE_MEMBER];
   size_t position = 0;
@@ -72,21 +105,18 @@ void PGMDEV_FLASH_MANAGER::parse_ext_flash_info() {
     if (!status) break;
     ++count;
   }
+  const char* refusal = nullptr;
   if (count < TOTAL_DATABASE_MEMBER || !assign_ini(fields)) {
-    null_info_database(&m_ini_flash);
-    return;
+    refusal = "";
+  } else if (broken_user_flash_rule(m_ini_flash) != nullptr) {
+    refusal = "Fail to check the validity of the INI\n";
+  } else if (!cmp_ini_password(text, password)) {
+    refusal = "Fail to compare INI password\n";
   }
-  if (!is_valid_user_flash(m_ini_flash)) {
-    if (debug) std::cout << "Fail to check the validity of the INI\n";
-    null_info_database(&m_ini_flash);
-    return;
-  }
-  if (!cmp_ini_password(text, password)) {
-    if (debug) std::cout << "Fail to compare INI password\n";
-    null_info_database(&m_ini_flash);
-    return;
-  }
-  if (m_debug) print_ini_database();
+  if (refusal == nullptr) return true;
+  if (debug) std::cout << refusal;
+  m_ini_flash = PGMDEV_SFL_FLASH_INFO();
+  return false;
 }
 
 bool PGMDEV_FLASH_MANAGER::get_string_from_ini(const std::string& text, std::string* value,

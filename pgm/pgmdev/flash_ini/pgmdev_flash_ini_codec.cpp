@@ -1,7 +1,10 @@
 // Flash INI record codec: parameter sizes, little-endian encoding and bounded decoding.
+#include <algorithm>
+
 #include "base/pgmdev_check.h"
-#include "pgmdev_flash_ini.h"
+#include "codec/pgmdev_le_codec.h"
 #include "flash_ini/pgmdev_param_type.h"
+#include "pgmdev_flash_ini.h"
 
 using pgmdev::MODULE_FLASH_INI;
 
@@ -70,11 +73,9 @@ bool decode_number(const BYTE* data, DWORD& index, DWORD size, PGMDEV_PARAM_TYPE
   const DWORD width = fixed_size(type);
   const DWORD needed = width > 4 ? 4 : width;
   if (static_cast<QWORD>(index) + needed > size) return false;
-  QWORD value = 0;
-  for (DWORD i = 0; i < width; ++i) {
-    if (index + i < size) value |= static_cast<QWORD>(data[index + i]) << (8 * i);
-  }
-  store_number(type, target, value);
+  BYTE bytes[sizeof(QWORD)] = {};
+  std::copy(data + index, data + std::min<QWORD>(QWORD{index} + width, size), bytes);
+  store_number(type, target, pgmdev::codec::load_le<QWORD>(bytes));
   index += width;
   return true;
 }
@@ -102,8 +103,10 @@ void PGMDEV_FLASH_INI::fillup_flash_ini_data(BYTE* buffer, DWORD& index, PGMDEV_
   }
   const DWORD width = fixed_size(type);
   if (width == 0) unsupported_type(__LINE__);
-  const QWORD value = load_number(type, data);
-  for (DWORD i = 0; i < width; ++i) buffer[index++] = static_cast<BYTE>(value >> (8 * i));
+  BYTE bytes[sizeof(QWORD)];
+  pgmdev::codec::store_le<QWORD>(bytes, load_number(type, data));
+  std::copy(bytes, bytes + width, buffer + index);
+  index += width;
 }
 
 bool PGMDEV_FLASH_INI::assign_flash_ini_data(const BYTE* data, DWORD& index, DWORD size,

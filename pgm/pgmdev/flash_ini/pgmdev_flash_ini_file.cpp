@@ -7,6 +7,7 @@
 
 #include "base/pgmdev_check.h"
 #include "base/pgmdev_file_replace.h"
+#include "codec/pgmdev_le_codec.h"
 #include "pgm_fio.h"
 #include "pgmdev_flash_ini.h"
 
@@ -30,9 +31,7 @@ std::string data_file_path() {
 
 DWORD load_dword(const BLOCK& file, QWORD offset) {
   PGMDEV_CHECK(offset + 4 <= file.size(), "index + 4 <= data_size", MODULE_FLASH_INI);
-  DWORD value = 0;
-  for (int i = 3; i >= 0; --i) value = (value << 8) | file[offset + i];
-  return value;
+  return pgmdev::codec::load_le<DWORD>(file.data() + offset);
 }
 
 // The whole file, or false (with the reason) when it is missing, no regular file, unreadable
@@ -129,7 +128,9 @@ class IMAGE_WRITER {
     m_image[m_index++] = value;
   }
   void put_dword(DWORD value) {
-    for (int i = 0; i < 4; ++i) put_byte(static_cast<BYTE>(value >> (8 * i)));
+    BYTE bytes[sizeof(DWORD)];
+    pgmdev::codec::store_le<DWORD>(bytes, value);
+    for (BYTE b : bytes) put_byte(b);
   }
   size_t index() const { return m_index; }
   BLOCK& image() { return m_image; }

@@ -13,12 +13,7 @@ namespace {
 
 // Eight bytes, the first one lowest, whatever the host's byte order.
 inline QWORD load_le64(const char* at) {
-  QWORD word;
-  std::memcpy(&word, at, sizeof word);
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
-  word = __builtin_bswap64(word);
-#endif
-  return word;
+  return codec::load_le<QWORD>(reinterpret_cast<const BYTE*>(at));
 }
 
 // A cheap 32-bit summary of a name: equal names have equal fingerprints, different names

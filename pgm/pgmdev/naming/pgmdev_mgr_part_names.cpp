@@ -2,25 +2,22 @@
 // pcf name.
 #include <vector>
 
+#include "base/pgmdev_check.h"
+#include "naming/pgmdev_opn_hash.h"
 #include "pgm_common.h"
 #include "pgm_dev_catalog.h"
 #include "pgm_msg.h"
 #include "pgm_text.h"
-#include "base/pgmdev_check.h"
 #include "pgmdev_ddb_mgr.h"
 #include "pgmdev_mgr_naming.h"
+
+using pgmdev::upper_user_string;
 
 namespace {
 
 // Names shorter than this only ever match a part of exactly that name.
 constexpr size_t PREFIX_LENGTH = 5;
 constexpr int FILTER_PASSES = 4;
-
-std::string upper_user_string(int part) {
-  std::string name = dstr_get_user_string(part);
-  stl_toupper(name);
-  return name;
-}
 
 bool matches_through_grammar(const std::string& name, const std::string& candidate) {
   if (candidate.size() < PREFIX_LENGTH || name.size() < PREFIX_LENGTH ||

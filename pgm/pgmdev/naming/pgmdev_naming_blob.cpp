@@ -1,10 +1,10 @@
 // Opening a naming blob: inflate, then check length, magic and the CRC trailer in that order.
 #include <cstring>
 
-#include "pgm_zlib.h"
 #include "base/pgmdev_check.h"
 #include "naming/pgmdev_naming_codec.h"
 #include "naming/pgmdev_naming_db.h"
+#include "pgm_zlib.h"
 
 namespace pgmdev {
 
@@ -25,14 +25,14 @@ constexpr DWORD SPARE_BYTES = 100;
 // first byte that differs.
 void check_trailer(const std::vector<BYTE>& data) {
   const size_t data_size = data.size();
-  const DWORD crc32 = naming_blob_crc(data.data(), data_size);
-  PGMDEV_CHECK(BYTE(crc32) == data[data_size - 4], "BYTE(crc32) == data[data_size-4]",
+  BYTE crc32[NAMING_TRAILER_SIZE];
+  codec::store_le<DWORD>(crc32, naming_blob_crc(data.data(), data_size));
+  PGMDEV_CHECK(crc32[0] == data[data_size - 4], "BYTE(crc32) == data[data_size-4]", MODULE_DDB_MGR);
+  PGMDEV_CHECK(crc32[1] == data[data_size - 3], "BYTE(crc32 >> 8) == data[data_size-3]",
                MODULE_DDB_MGR);
-  PGMDEV_CHECK(BYTE(crc32 >> 8) == data[data_size - 3], "BYTE(crc32 >> 8) == data[data_size-3]",
+  PGMDEV_CHECK(crc32[2] == data[data_size - 2], "BYTE(crc32 >> 16) == data[data_size-2]",
                MODULE_DDB_MGR);
-  PGMDEV_CHECK(BYTE(crc32 >> 16) == data[data_size - 2], "BYTE(crc32 >> 16) == data[data_size-2]",
-               MODULE_DDB_MGR);
-  PGMDEV_CHECK(BYTE(crc32 >> 24) == data[data_size - 1], "BYTE(crc32 >> 24) == data[data_size-1]",
+  PGMDEV_CHECK(crc32[3] == data[data_size - 1], "BYTE(crc32 >> 24) == data[data_size-1]",
                MODULE_DDB_MGR);
 }
 

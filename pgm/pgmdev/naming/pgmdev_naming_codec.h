@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "codec/pgmdev_le_codec.h"
 #include "pgm_common.h"
 #include "pgm_types.h"
 
@@ -22,15 +23,6 @@ constexpr DWORD NAMING_VARINT_MAX_SHIFT = 35;
 inline DWORD naming_blob_crc(const BYTE* data, size_t size) {
   const DWORD bits = static_cast<DWORD>((size - NAMING_TRAILER_SIZE) * 8);
   return ~PGM_COMMON::msb_calculate_crc32(data, 0, bits, 0xFFFFFFFFu, 0x04C11DB7u, true);
-}
-
-inline void append_le32(std::vector<BYTE>& out, DWORD value) {
-  for (int shift = 0; shift < 32; shift += 8) out.push_back(static_cast<BYTE>(value >> shift));
-}
-
-// The caller guarantees four readable bytes at `data`.
-inline DWORD read_le32(const BYTE* data) {
-  return DWORD(data[0]) | DWORD(data[1]) << 8 | DWORD(data[2]) << 16 | DWORD(data[3]) << 24;
 }
 
 // Little-endian base-128: low seven bits first, top bit set on every byte but the last.
@@ -81,9 +73,7 @@ inline std::vector<BYTE> seal_naming_blob(const std::vector<BYTE>& payload) {
   if (!payload.empty())
     std::memcpy(blob.data() + NAMING_MAGIC_SIZE, payload.data(), payload.size());
   const DWORD crc = naming_blob_crc(blob.data(), blob.size());
-  for (size_t i = 0; i < NAMING_TRAILER_SIZE; ++i) {
-    blob[blob.size() - NAMING_TRAILER_SIZE + i] = static_cast<BYTE>(crc >> (8 * i));
-  }
+  codec::store_le<DWORD>(blob.data() + blob.size() - NAMING_TRAILER_SIZE, crc);
   return blob;
 }
 

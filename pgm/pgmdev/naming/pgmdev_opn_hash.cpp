@@ -4,21 +4,16 @@
 #include <memory>
 #include <unordered_map>
 
+#include "base/pgmdev_check.h"
+#include "codec/pgmdev_le_codec.h"
 #include "pgm_common.h"
 #include "pgm_dev_catalog.h"
 #include "pgm_text.h"
-#include "base/pgmdev_check.h"
 
 namespace pgmdev {
 namespace {
 
 constexpr unsigned long OPN_DIGEST_SIZE = 32;
-
-std::string upper_user_string(int part) {
-  std::string name = dstr_get_user_string(part);
-  stl_toupper(name);
-  return name;
-}
 
 // Calls `visit(part)` for every part from the first up to, not including, the generic part
 // or the maximum, whichever comes first; stops early when `visit` returns true.
@@ -46,14 +41,18 @@ bool is_valid_opn_part(long long part) {
   return part != DEV_PART_INVALID && part != DEV_PART_GENERIC && part < DEV_PART_MAX;
 }
 
+std::string upper_user_string(int part) {
+  std::string name = dstr_get_user_string(part);
+  return stl_toupper(name);
+}
+
 QWORD opn_hash_of(const std::string& upper_name) {
   const std::unique_ptr<BYTE[]> digest(PGM_COMMON::get_block_sha(
       reinterpret_cast<const unsigned char*>(upper_name.data()),
       static_cast<unsigned long>(static_cast<DWORD>(upper_name.size())), OPN_DIGEST_SIZE));
   PGMDEV_CHECK(digest != nullptr, "digest != NULL", MODULE_MGR);
-  QWORD hash = 0;
-  for (int i = 0; i < 6; ++i) hash |= QWORD(digest[i]) << (8 * i);
-  return hash;
+  // The digest is 32 bytes long: load eight and keep the low six.
+  return codec::load_le<QWORD>(digest.get()) & OPN_HASH_MASK;
 }
 
 std::string opn_name_from_hash(QWORD hash) {

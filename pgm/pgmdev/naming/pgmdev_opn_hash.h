@@ -13,6 +13,9 @@ constexpr QWORD OPN_HASH_MASK = 0x0000FFFFFFFFFFFFull;
 // Whether `part` names a concrete part: neither invalid nor generic, and below the maximum.
 bool is_valid_opn_part(long long part);
 
+// The catalogue's name of `part`, upper-cased: the form hashes and comparisons take.
+std::string upper_user_string(int part);
+
 // The first six SHA-256 bytes of the bytes of `upper_name`, least significant first.
 QWORD opn_hash_of(const std::string& upper_name);
 

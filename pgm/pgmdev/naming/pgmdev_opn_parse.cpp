@@ -12,7 +12,7 @@ void parse_opn_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_OPN_DB& db)
   PGMDEV_CHECK(data_size >= NAMING_MAGIC_SIZE + 4 + NAMING_TRAILER_SIZE, "data_size >= 18",
                MODULE_DDB_MGR);
   const DWORD limit = data_size - NAMING_TRAILER_SIZE;
-  const DWORD enum_count = read_le32(data + NAMING_MAGIC_SIZE);
+  const DWORD enum_count = codec::load_le<DWORD>(data + NAMING_MAGIC_SIZE);
   PGMDEV_CHECK(enum_count > 0, "enum_count > 0", MODULE_DDB_MGR);
   DWORD index = NAMING_MAGIC_SIZE + 4;
   // Every number takes at least one byte, so a count beyond the payload cannot be honest.

@@ -1,0 +1,2 @@
+// Fixture: a public header.
+#pragma once
