@@ -23,7 +23,7 @@ enum class PGMDEV_DDB_GRAMMAR_ENUM : DWORD {
 // `std::string&` forms leave the caller's string in that normalised form (callers rely on
 // it); the `const std::string&` forms work on a copy. Unknown names give "" (or the
 // normalised name where a fallback applies) and never fail.
-class PGMDEV_DEVICE_GRAMMAR_MGR {
+class PGMDEV_API PGMDEV_DEVICE_GRAMMAR_MGR {
  public:
   PGMDEV_DEVICE_GRAMMAR_MGR() = delete;
 

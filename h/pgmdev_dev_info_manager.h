@@ -20,7 +20,7 @@ class DB_WRITER;
 }  // namespace pgmdev
 
 // One line of the parts list: a part, its device and the name of its device file.
-struct PGMDEV_PART_ENTRY {
+struct PGMDEV_API PGMDEV_PART_ENTRY {
   int part = 0;
   DEV_DEVICE_ENUM device = DEV_DEVICE_INVALID;
   std::string pcf;
@@ -29,7 +29,7 @@ struct PGMDEV_PART_ENTRY {
 // Record index per identifier (INVALID_DWORD: no record). A loaded table reads its entries in
 // place from the file's body, which it keeps alive, so loading copies no table; a generated or
 // empty table owns its entries.
-class PGMDEV_INDEX_TABLE {
+class PGMDEV_API PGMDEV_INDEX_TABLE {
  public:
   explicit PGMDEV_INDEX_TABLE(std::vector<DWORD> entries)
       : m_entries(std::move(entries)), m_count(DWORD(m_entries.size())) {}
@@ -55,7 +55,7 @@ class PGMDEV_INDEX_TABLE {
 // Owns the device information records and the family, device and part index tables.
 // Copies share the loaded records and tables (immutable once loaded), so any number of copies
 // may live and die in any order; each copy has its own search position and parts list.
-class PGMDEV_DEV_INFO_MANAGER {
+class PGMDEV_API PGMDEV_DEV_INFO_MANAGER {
  public:
   // Loads "<device database directory>/programmer/pgm_dev_info.pcf" unless `generate`. A debug
   // level of 1 to 4 lists the loaded records on the standard output.

@@ -14,7 +14,7 @@ constexpr DWORD TOTAL_DEVICE_DATABASE_MEMBER = 86;  // columns of the source tab
 constexpr DWORD TOTAL_DATABASE_DEVICE = 78;         // data rows of the source table
 
 // A default record has every number 0, every flag false and every string empty.
-struct PGMDEV_DEVICE_INFO {
+struct PGMDEV_API PGMDEV_DEVICE_INFO {
   DEV_FAMILY_ENUM family = DEV_FAMILY_INVALID;
   std::string pcf;
   DEV_DEVICE_ENUM device = DEV_DEVICE_INVALID;
@@ -106,7 +106,7 @@ struct PGMDEV_DEVICE_INFO {
 // One column of the source table: its lower-case name, the type word of the table's type row,
 // the type code its values carry in the file and, for the three identifier columns, the name
 // table that resolves its cells ("family", "device", "part"; "" for the other enumerations).
-struct PGMDEV_DEVICE_INFO_COLUMN {
+struct PGMDEV_API PGMDEV_DEVICE_INFO_COLUMN {
   const char* name;
   const char* type_word;
   PGMDEV_MANAGER_TYPE type;
@@ -297,7 +297,7 @@ void pgmdev_visit_device_info(RECORD& info, VISITOR&& visit) {
 }
 
 // A name of an enumeration cell and its value.
-struct PGMDEV_ENUM_NAME {
+struct PGMDEV_API PGMDEV_ENUM_NAME {
   const char* name;
   DWORD value;
 };

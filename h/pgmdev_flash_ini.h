@@ -27,11 +27,11 @@ enum PGMDEV_FLASH_INI_ENUM : DWORD {
 };
 
 // Display names of the sections: "SFL FLASH", "HPS SPI", "HPS NAND".
-extern const char* const PGMDEV_FLASH_INI_SECTION_NAMES[PGMDEV_FLASH_INI_MAX];
+PGMDEV_API extern const char* const PGMDEV_FLASH_INI_SECTION_NAMES[PGMDEV_FLASH_INI_MAX];
 
 // Static operations only. The data file "pgm_flash.ini" lives in gen_get_module_path();
 // its layout and write protocol are in doc/flash_ini_file.md.
-class PGMDEV_FLASH_INI {
+class PGMDEV_API PGMDEV_FLASH_INI {
  public:
   // Hex digits of `value`, upper case, zero-padded to `count` digits (1..8 / 1..16); higher
   // digits that do not fit are dropped. `prefix` puts "0x" in front.

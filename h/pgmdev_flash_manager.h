@@ -20,7 +20,7 @@ class DB_WRITER;
 
 // One serial flash chip. Records that share a device_name are alternatives of one chip, and
 // exactly one of them is its default.
-struct PGMDEV_SFL_FLASH_INFO {
+struct PGMDEV_API PGMDEV_SFL_FLASH_INFO {
   std::string manufacturer_name;
   std::string device_name;
   bool silicon_id = false;     // identified by a silicon-ID read rather than by device ID
@@ -59,7 +59,7 @@ struct PGMDEV_SFL_FLASH_INFO {
 // Owns the loaded flash records (the file's enabled records, after the user's record at index
 // 0 when one is defined) and the device-to-flash map of one programmer chain. Copies share the
 // records, which never change once loaded, and get their own copy of the map.
-class PGMDEV_FLASH_MANAGER {
+class PGMDEV_API PGMDEV_FLASH_MANAGER {
  public:
   static constexpr DWORD TOTAL_DATABASE_MEMBER = 33;
   // The identifier read-out that flash_id_database_mapping compares: three bytes.

@@ -11,7 +11,7 @@
 
 // The HPS kinds the library knows, keyed by the JTAG ID code of their debug access port,
 // and the one a client has selected.
-class PGMDEV_HPS_MGR {
+class PGMDEV_API PGMDEV_HPS_MGR {
  public:
   static PGMDEV_HPS_MGR* get_mgr();
   static void delete_mgr();
@@ -44,7 +44,7 @@ constexpr DWORD PGMDEV_HPS_NAND_PARAM_COUNT = 3;
 
 // One SPI/QSPI NOR flash an HPS can boot from. `params` points at the 19 fields of this
 // same record in order; every constructor and assignment keeps it pointing into itself.
-struct PGMDEV_HPS_SPI_STRUCTURE {
+struct PGMDEV_API PGMDEV_HPS_SPI_STRUCTURE {
   DWORD siid = 0;      // JEDEC ID as read, manufacturer in the low byte
   DWORD mask = 0;      // ID bits that take part in matching
   DWORD ext_siid = 0;  // extended ID byte(s)
@@ -82,7 +82,7 @@ struct PGMDEV_HPS_SPI_STRUCTURE {
 };
 
 // One NAND flash an HPS can boot from; `params` points at its 3 fields.
-struct PGMDEV_HPS_NAND_STRUCTURE {
+struct PGMDEV_API PGMDEV_HPS_NAND_STRUCTURE {
   DWORD manufacturer_id = 0;
   DWORD device_id = 0;
   QWORD flash_byte_size = 0;
@@ -98,18 +98,18 @@ struct PGMDEV_HPS_NAND_STRUCTURE {
 };
 
 // Parameter tables in field order: types, keys (the field names) and prompt labels.
-extern const PGMDEV_PARAM_TYPE PGMDEV_HPS_SPI_PARAM_TYPES[PGMDEV_HPS_SPI_PARAM_COUNT];
-extern const std::string PGMDEV_HPS_SPI_PARAM_KEYS[PGMDEV_HPS_SPI_PARAM_COUNT];
-extern const std::string PGMDEV_HPS_SPI_PARAM_LABELS[PGMDEV_HPS_SPI_PARAM_COUNT];
-extern const PGMDEV_PARAM_TYPE PGMDEV_HPS_NAND_PARAM_TYPES[PGMDEV_HPS_NAND_PARAM_COUNT];
-extern const std::string PGMDEV_HPS_NAND_PARAM_KEYS[PGMDEV_HPS_NAND_PARAM_COUNT];
-extern const std::string PGMDEV_HPS_NAND_PARAM_LABELS[PGMDEV_HPS_NAND_PARAM_COUNT];
+PGMDEV_API extern const PGMDEV_PARAM_TYPE PGMDEV_HPS_SPI_PARAM_TYPES[PGMDEV_HPS_SPI_PARAM_COUNT];
+PGMDEV_API extern const std::string PGMDEV_HPS_SPI_PARAM_KEYS[PGMDEV_HPS_SPI_PARAM_COUNT];
+PGMDEV_API extern const std::string PGMDEV_HPS_SPI_PARAM_LABELS[PGMDEV_HPS_SPI_PARAM_COUNT];
+PGMDEV_API extern const PGMDEV_PARAM_TYPE PGMDEV_HPS_NAND_PARAM_TYPES[PGMDEV_HPS_NAND_PARAM_COUNT];
+PGMDEV_API extern const std::string PGMDEV_HPS_NAND_PARAM_KEYS[PGMDEV_HPS_NAND_PARAM_COUNT];
+PGMDEV_API extern const std::string PGMDEV_HPS_NAND_PARAM_LABELS[PGMDEV_HPS_NAND_PARAM_COUNT];
 
 // A default SPI record (numbers 0, texts empty, speed mode off) for clients to start from.
-extern const PGMDEV_HPS_SPI_STRUCTURE PGMDEV_HPS_SPI_BLANK;
+PGMDEV_API extern const PGMDEV_HPS_SPI_STRUCTURE PGMDEV_HPS_SPI_BLANK;
 
 // SPI flash list: the user definitions of the flash INI data file, then the built-ins.
-class PGMDEV_HPS_SPI_MGR {
+class PGMDEV_API PGMDEV_HPS_SPI_MGR {
  public:
   static PGMDEV_HPS_SPI_MGR* get_mgr();
   static void delete_mgr();
@@ -133,7 +133,7 @@ class PGMDEV_HPS_SPI_MGR {
 };
 
 // NAND flash list: the user definitions of the flash INI data file, then the built-ins.
-class PGMDEV_HPS_NAND_MGR {
+class PGMDEV_API PGMDEV_HPS_NAND_MGR {
  public:
   static PGMDEV_HPS_NAND_MGR* get_mgr();
   static void delete_mgr();

@@ -24,7 +24,7 @@
 //   words 324 - 334  reserved             0xFFFFFFFF in every kind
 
 // Debug access port and processor cores (words 1-31).
-struct PGMDEV_HPS_DEBUG {
+struct PGMDEV_API PGMDEV_HPS_DEBUG {
   DWORD ir_length;      // JTAG instruction register length of the DAP
   DWORD ahb_ap_index;   // access port that reaches the system bus
   DWORD apb_ap_index;   // access port that reaches the debug bus
@@ -57,7 +57,7 @@ struct PGMDEV_HPS_DEBUG {
 };
 
 // Memory map of the HPS (words 32-55).
-struct PGMDEV_HPS_MEMORY {
+struct PGMDEV_API PGMDEV_HPS_MEMORY {
   DWORD boot_rom_base;
   DWORD boot_rom_size;
   DWORD ocram_base;
@@ -85,7 +85,7 @@ struct PGMDEV_HPS_MEMORY {
 };
 
 // Clock manager (words 56-95).
-struct PGMDEV_HPS_CLOCK {
+struct PGMDEV_API PGMDEV_HPS_CLOCK {
   DWORD base;
   DWORD control_offset;
   DWORD safe_mode_bit;
@@ -123,7 +123,7 @@ struct PGMDEV_HPS_CLOCK {
 };
 
 // Reset manager (words 96-127).
-struct PGMDEV_HPS_RESET {
+struct PGMDEV_API PGMDEV_HPS_RESET {
   DWORD base;
   DWORD status_offset;
   DWORD control_offset;
@@ -154,7 +154,7 @@ struct PGMDEV_HPS_RESET {
 };
 
 // System manager (words 128-159).
-struct PGMDEV_HPS_SYSTEM {
+struct PGMDEV_API PGMDEV_HPS_SYSTEM {
   DWORD base;
   DWORD silicon_id_offset;
   DWORD boot_info_offset;
@@ -187,7 +187,7 @@ struct PGMDEV_HPS_SYSTEM {
 };
 
 // Quad-SPI flash controller (words 160-215).
-struct PGMDEV_HPS_QSPI {
+struct PGMDEV_API PGMDEV_HPS_QSPI {
   DWORD base;       // register block
   DWORD data_base;  // memory-mapped data window
   DWORD data_size;
@@ -245,7 +245,7 @@ struct PGMDEV_HPS_QSPI {
 };
 
 // NAND flash controller (words 216-271).
-struct PGMDEV_HPS_NAND {
+struct PGMDEV_API PGMDEV_HPS_NAND {
   DWORD base;       // register block
   DWORD data_base;  // command/data window
   DWORD data_size;
@@ -296,7 +296,7 @@ struct PGMDEV_HPS_NAND {
 };
 
 // SD/MMC controller (words 272-303).
-struct PGMDEV_HPS_SDMMC {
+struct PGMDEV_API PGMDEV_HPS_SDMMC {
   DWORD base;
   DWORD fifo_offset;
   DWORD fifo_depth_words;
@@ -329,7 +329,7 @@ struct PGMDEV_HPS_SDMMC {
 };
 
 // Watchdog (words 304-311).
-struct PGMDEV_HPS_WATCHDOG {
+struct PGMDEV_API PGMDEV_HPS_WATCHDOG {
   DWORD count;
   DWORD base[2];
   DWORD control_offset;
@@ -340,7 +340,7 @@ struct PGMDEV_HPS_WATCHDOG {
 };
 
 // Boot ROM hand-off (words 312-323).
-struct PGMDEV_HPS_BOOT {
+struct PGMDEV_API PGMDEV_HPS_BOOT {
   DWORD header_offset;  // where the boot image header sits in an image
   DWORD header_magic;
   DWORD header_size;
@@ -356,7 +356,7 @@ struct PGMDEV_HPS_BOOT {
 };
 
 // One HPS kind: 335 words, word 0 the key. Standard layout, so word i lies at byte 4*i.
-struct PGMDEV_HPS_STRUCTURE {
+struct PGMDEV_API PGMDEV_HPS_STRUCTURE {
   static constexpr DWORD WORD_COUNT = 335;
 
   DWORD dap_idcode;

@@ -3,7 +3,9 @@
 
 #include <string>
 
-// The four built-in vocabularies (h/pgmdev_static_tables.h holds their entries).
+#include "pgm_api.h"
+
+// The four built-in vocabularies (h/pgmdev_enum_vocabularies.h holds their entries).
 enum PGM_ENUM_TYPE {
   PGM_ENUM_TYPE_RESOURCE = 0,      // routing and block resource names
   PGM_ENUM_TYPE_FLASH_SECTOR = 1,  // flash sector names
@@ -15,7 +17,7 @@ enum PGM_ENUM_TYPE {
 // Static operations only. Unknown names, parts and slots give "", 0xFFFFFFFF or
 // 0xFFFFFFFFFFFFFFFF; only a broken embedded table or a vocabulary type of
 // PGM_ENUM_TYPE_MAX or more is an internal error.
-class PGMDEV_MGR {
+class PGMDEV_API PGMDEV_MGR {
  public:
   PGMDEV_MGR() = delete;
 

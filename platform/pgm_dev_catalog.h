@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "pgm_api.h"
+
 // A fixed 32-bit underlying type (int, as the promotions always were): any stored value is
 // representable, so a record read from a file may hold one outside the catalogue and only the
 // checks that care refuse it.
@@ -15,27 +17,27 @@ enum DEV_DEVICE_ENUM : int {
 };
 
 // Parts are numbered 1..N; these are set from the catalogue when the library loads.
-extern int DEV_PART_INVALID;  // 0
-extern int DEV_PART_GENERIC;  // N + 1
-extern int DEV_PART_MAX;      // N + 2
+PGMDEV_API extern int DEV_PART_INVALID;  // 0
+PGMDEV_API extern int DEV_PART_GENERIC;  // N + 1
+PGMDEV_API extern int DEV_PART_MAX;      // N + 2
 
 // User-visible names; "" for a value outside the catalogue.
-std::string dstr_get_user_string(int part);
-std::string dstr_get_user_string(DEV_DEVICE_ENUM device);
-std::string dstr_get_user_string(DEV_FAMILY_ENUM family);
+PGMDEV_API std::string dstr_get_user_string(int part);
+PGMDEV_API std::string dstr_get_user_string(DEV_DEVICE_ENUM device);
+PGMDEV_API std::string dstr_get_user_string(DEV_FAMILY_ENUM family);
 
 // Name look-ups ignore case; unknown names give the INVALID value.
-int dstr_get_dev_part_enum_by_string(const char* name);
-DEV_DEVICE_ENUM dstr_get_dev_device_enum_by_string(const char* name);
-DEV_FAMILY_ENUM dstr_get_dev_family_enum_by_string(const char* name);
+PGMDEV_API int dstr_get_dev_part_enum_by_string(const char* name);
+PGMDEV_API DEV_DEVICE_ENUM dstr_get_dev_device_enum_by_string(const char* name);
+PGMDEV_API DEV_FAMILY_ENUM dstr_get_dev_family_enum_by_string(const char* name);
 
 // Valid: inside 1..MAX-1 (generic included).
-bool dstr_is_valid_dev_device_enum(DEV_DEVICE_ENUM device);
-bool dstr_is_valid_dev_family_enum(DEV_FAMILY_ENUM family);
-bool dstr_is_valid_dev_part_enum(int part);
+PGMDEV_API bool dstr_is_valid_dev_device_enum(DEV_DEVICE_ENUM device);
+PGMDEV_API bool dstr_is_valid_dev_family_enum(DEV_FAMILY_ENUM family);
+PGMDEV_API bool dstr_is_valid_dev_part_enum(int part);
 
 // What the catalogue knows about one part beyond its name.
-struct DEV_PART_DETAIL {
+struct PGMDEV_API DEV_PART_DETAIL {
   std::string package;      // e.g. "F35"
   std::string speed;        // e.g. "3"
   std::string temperature;  // e.g. "C"
@@ -44,7 +46,7 @@ struct DEV_PART_DETAIL {
   bool hidden = false;
 };
 
-class DEV_PART_MANAGER {
+class PGMDEV_API DEV_PART_MANAGER {
  public:
   DEV_FAMILY_ENUM get_family_of(DEV_DEVICE_ENUM device) const;
   DEV_DEVICE_ENUM get_device_of(int part) const;

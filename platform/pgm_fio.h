@@ -7,7 +7,7 @@
 #include "pgm_types.h"
 
 // A file path as the programmer's interfaces pass it around.
-class FIO_PATH {
+class PGMDEV_API FIO_PATH {
  public:
   FIO_PATH() = default;
   FIO_PATH(const std::string& path) : m_path(path) {}       // NOLINT: implicit by design
@@ -24,12 +24,12 @@ class FIO_PATH {
   std::string m_path;
 };
 
-struct FIO_STAT_INFO {
+struct PGMDEV_API FIO_STAT_INFO {
   QWORD m_size = 0;
   bool m_is_directory = false;
 };
 
-class FIO_FILE_SYSTEM {
+class PGMDEV_API FIO_FILE_SYSTEM {
  public:
   static bool exists(const char* path);
   // False when the status cannot be read.
@@ -37,10 +37,10 @@ class FIO_FILE_SYSTEM {
 };
 
 // The full absolute form of a path (the programmer's "UNC" form; on POSIX an absolute path).
-std::string fio_get_unc_full_path(const std::string& path);
+PGMDEV_API std::string fio_get_unc_full_path(const std::string& path);
 
 // File streams that open through fio_get_unc_full_path. POSIX opens share access anyway.
-class marlo_ifstream : public std::ifstream {
+class PGMDEV_API marlo_ifstream : public std::ifstream {
  public:
   marlo_ifstream() = default;
   explicit marlo_ifstream(const std::string& path,
@@ -48,7 +48,7 @@ class marlo_ifstream : public std::ifstream {
   void open(const std::string& path, std::ios_base::openmode mode = std::ios_base::in);
 };
 
-class marlo_ofstream : public std::ofstream {
+class PGMDEV_API marlo_ofstream : public std::ofstream {
  public:
   marlo_ofstream() = default;
   explicit marlo_ofstream(const std::string& path,
@@ -58,9 +58,9 @@ class marlo_ofstream : public std::ofstream {
 
 // Device database directory (holds programmer/*.pcf): PGMDEV_DEVICE_DB_DIR, else the
 // share/pgmdev beside the installed library, else the build tree's share/pgmdev.
-std::string gen_get_device_db_fullpath();
+PGMDEV_API std::string gen_get_device_db_fullpath();
 // Installation directory (holds h/pgm_parts.txt): PGMDEV_INSTALL_DIR, else the same default.
-std::string gen_get_korvel_path();
+PGMDEV_API std::string gen_get_korvel_path();
 // Directory of the library module (holds pgm_flash.ini): PGMDEV_MODULE_DIR, else the folder
 // of the loaded library file.
-std::string gen_get_module_path();
+PGMDEV_API std::string gen_get_module_path();

@@ -8,7 +8,7 @@
 #include "pgm_types.h"
 
 // What a report carries; handed to the installed hook before anything else happens.
-struct MSG_INTERNAL_ERROR_INFO {
+struct PGMDEV_API MSG_INTERNAL_ERROR_INFO {
   std::string condition;
   std::string category;
   std::string source_file;
@@ -17,7 +17,7 @@ struct MSG_INTERNAL_ERROR_INFO {
 };
 
 // Thrown by MSG_INTERNAL_ERROR::report: a broken invariant or a corrupt file.
-class MSG_INTERNAL_ERROR_EXCEPTION : public std::logic_error {
+class PGMDEV_API MSG_INTERNAL_ERROR_EXCEPTION : public std::logic_error {
  public:
   explicit MSG_INTERNAL_ERROR_EXCEPTION(const MSG_INTERNAL_ERROR_INFO& info);
 
@@ -30,7 +30,7 @@ class MSG_INTERNAL_ERROR_EXCEPTION : public std::logic_error {
   MSG_INTERNAL_ERROR_INFO m_info;
 };
 
-class MSG_INTERNAL_ERROR {
+class PGMDEV_API MSG_INTERNAL_ERROR {
  public:
   using HOOK = std::function<void(const MSG_INTERNAL_ERROR_INFO&)>;
 
@@ -57,10 +57,10 @@ using MSG_DEBUG_HOOK =
 
 // Writes a debug message: to the hook when one is set, else to stderr when `level` is at
 // most the configured PGMDEV_DEBUG_LEVEL.
-void msg_local_vdebug(DWORD level, const char* category, const char* format, ...)
+PGMDEV_API void msg_local_vdebug(DWORD level, const char* category, const char* format, ...)
 #if defined(__GNUC__)
     __attribute__((format(printf, 3, 4)))
 #endif
     ;
 
-MSG_DEBUG_HOOK msg_set_debug_hook(MSG_DEBUG_HOOK hook);
+PGMDEV_API MSG_DEBUG_HOOK msg_set_debug_hook(MSG_DEBUG_HOOK hook);

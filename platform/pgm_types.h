@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "pgm_api.h"
+
 typedef uint8_t BYTE;
 typedef uint16_t WORD;
 typedef uint32_t DWORD;

@@ -1,6 +1,7 @@
 // Every platform service the library reaches, in one include.
 #pragma once
 
+#include "pgm_api.h"
 #include "pgm_cfg.h"
 #include "pgm_common.h"
 #include "pgm_dev_catalog.h"
