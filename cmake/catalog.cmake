@@ -16,3 +16,17 @@ if(BUILD_TESTING AND Python3_Interpreter_FOUND)
       -DWORK_DIR=${PROJECT_BINARY_DIR}/catalog_check
       -P "${PROJECT_SOURCE_DIR}/data/catalog/check_tables.cmake")
 endif()
+
+# The public family name tables and source digests (h/pgmdev_catalog_names.h), written from
+# the same families table at build time so that a replaced catalogue leaves nothing stale.
+set(PGMDEV_CATALOG_NAMES "${PGMDEV_GENERATED_DIR}/pgmdev_catalog_names.cpp")
+set(PGMDEV_CATALOG_NAMES_SCRIPT "${CMAKE_CURRENT_LIST_DIR}/generate/catalog_names.cmake")
+add_custom_command(
+  OUTPUT "${PGMDEV_CATALOG_NAMES}"
+  COMMAND "${CMAKE_COMMAND}" "-DFAMILIES=${PROJECT_SOURCE_DIR}/data/catalog/families.csv"
+          "-DOUTPUT=${PGMDEV_CATALOG_NAMES}" "-DDEV_INFO_MD5=${PGMDEV_DEV_INFO_CSV_MD5}"
+          "-DFLASH_MD5=${PGMDEV_FLASH_INFO_CSV_MD5}" -P "${PGMDEV_CATALOG_NAMES_SCRIPT}"
+  DEPENDS "${PROJECT_SOURCE_DIR}/data/catalog/families.csv" "${PGMDEV_CATALOG_NAMES_SCRIPT}"
+  COMMENT "Writing the family name tables from data/catalog/families.csv"
+  VERBATIM)
+target_sources(pgmdev_core PRIVATE "${PGMDEV_CATALOG_NAMES}")

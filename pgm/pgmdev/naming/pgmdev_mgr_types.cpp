@@ -1,8 +1,8 @@
 // PGMDEV_MGR's vocabulary checks: by number (index 0 refused) and by name (index 0 allowed).
-#include "pgm_text.h"
 #include "base/pgmdev_check.h"
+#include "pgm_text.h"
+#include "pgmdev_enum_vocabularies.h"
 #include "pgmdev_mgr_naming.h"
-#include "pgmdev_static_tables.h"
 
 namespace {
 
