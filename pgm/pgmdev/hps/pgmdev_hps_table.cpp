@@ -1,5 +1,9 @@
-// The built-in HPS descriptions: the hardware maps of the two supported HPS generations.
+// The built-in HPS descriptions: the hardware maps of the two supported HPS generations, one
+// row per word that either generation has.
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
+#include <iterator>
 
 #include "base/pgmdev_check.h"
 #include "hps/pgmdev_hps_table_data.h"
@@ -13,611 +17,373 @@ DWORD PGMDEV_HPS_STRUCTURE::word(DWORD index) const {
 
 namespace {
 
-// Every item starts absent; each generation fills in what it has.
-PGMDEV_HPS_STRUCTURE absent_row() {
+// An item the generation lacks.
+constexpr DWORD NONE = INVALID_DWORD;
+
+// One item: its word in the description and its value in each generation.
+struct HPS_ITEM {
+  DWORD word;
+  DWORD first;
+  DWORD second;
+};
+
+#define HPS_WORD(item) DWORD(offsetof(PGMDEV_HPS_STRUCTURE, item) / sizeof(DWORD))
+
+// In word order; words no row names (the reserved ones) stay NONE in both generations.
+constexpr HPS_ITEM HPS_ITEMS[] = {
+    {HPS_WORD(dap_idcode), 0x4BA00477, 0x4BA00478},
+    // Debug access port and processor cores.
+    {HPS_WORD(debug.ir_length), 4, 4},
+    {HPS_WORD(debug.ahb_ap_index), 0, 0},
+    {HPS_WORD(debug.apb_ap_index), 1, 1},
+    {HPS_WORD(debug.jtag_ap_index), NONE, 2},
+    {HPS_WORD(debug.ap_csw_offset), 0x00, 0x00},
+    {HPS_WORD(debug.ap_tar_offset), 0x04, 0x04},
+    {HPS_WORD(debug.ap_drw_offset), 0x0C, 0x0C},
+    {HPS_WORD(debug.ap_idr_offset), 0xFC, 0xFC},
+    {HPS_WORD(debug.csw_size_word), 0x2, 0x2},
+    {HPS_WORD(debug.csw_addr_inc_single), 0x1, 0x1},
+    {HPS_WORD(debug.csw_dbg_sw_enable_bit), 31, 31},
+    {HPS_WORD(debug.tar_autoinc_boundary), 0x400, 0x400},
+    {HPS_WORD(debug.rom_table_base), 0x80000000, 0x80000000},
+    {HPS_WORD(debug.cpu_count), 2, 2},
+    {HPS_WORD(debug.cpu_debug_base[0]), 0x80110000, 0x80110000},
+    {HPS_WORD(debug.cpu_debug_base[1]), 0x80112000, 0x80112000},
+    {HPS_WORD(debug.cpu_cti_base[0]), 0x80118000, 0x80118000},
+    {HPS_WORD(debug.cpu_cti_base[1]), 0x80119000, 0x80119000},
+    {HPS_WORD(debug.lock_access_offset), 0xFB0, 0xFB0},
+    {HPS_WORD(debug.lock_access_key), 0xC5ACCE55, 0xC5ACCE55},
+    {HPS_WORD(debug.dscr_offset), 0x088, 0x088},
+    {HPS_WORD(debug.itr_offset), 0x084, 0x084},
+    {HPS_WORD(debug.drcr_offset), 0x090, 0x090},
+    {HPS_WORD(debug.dtrrx_offset), 0x080, 0x080},
+    {HPS_WORD(debug.dtrtx_offset), 0x08C, 0x08C},
+    {HPS_WORD(debug.dscr_halted_bit), 0, 0},
+    {HPS_WORD(debug.dscr_itr_enable_bit), 13, 13},
+    {HPS_WORD(debug.dscr_txfull_bit), 29, 29},
+    {HPS_WORD(debug.drcr_halt_request_bit), 0, 0},
+    {HPS_WORD(debug.drcr_restart_request_bit), 1, 1},
+    {HPS_WORD(debug.cti_control_offset), 0x000, 0x000},
+    // Boot ROM, on-chip RAM, SDRAM window, bridges, remap.
+    {HPS_WORD(memory.boot_rom_base), 0xFFFD0000, 0xFFFC0000},
+    {HPS_WORD(memory.boot_rom_size), 0x00010000, 0x00020000},
+    {HPS_WORD(memory.ocram_base), 0xFFFF0000, 0xFFE00000},
+    {HPS_WORD(memory.ocram_size), 0x00010000, 0x00040000},
+    {HPS_WORD(memory.ocram_ecc_control_offset), 0x144, 0x08},
+    {HPS_WORD(memory.ocram_ecc_enable_bit), 0, 0},
+    {HPS_WORD(memory.ocram_ecc_init_done_bit), NONE, 16},
+    {HPS_WORD(memory.sdram_base), 0x00000000, 0x00000000},
+    {HPS_WORD(memory.sdram_max_size), 0xC0000000, 0xC0000000},
+    {HPS_WORD(memory.sdram_controller_base), 0xFFC25000, 0xFFCFB000},
+    {HPS_WORD(memory.interconnect_base), 0xFF800000, 0xFFD11000},
+    {HPS_WORD(memory.remap_offset), 0x0, 0x0},
+    {HPS_WORD(memory.remap_ocram_bit), 0, 0},
+    {HPS_WORD(memory.remap_lw_bridge_bit), 4, NONE},
+    {HPS_WORD(memory.remap_bridge_bit), 3, NONE},
+    {HPS_WORD(memory.bridge_base), 0xC0000000, 0xC0000000},
+    {HPS_WORD(memory.bridge_size), 0x3C000000, 0x3C000000},
+    {HPS_WORD(memory.lw_bridge_base), 0xFF200000, 0xFF200000},
+    {HPS_WORD(memory.lw_bridge_size), 0x00200000, 0x00200000},
+    {HPS_WORD(memory.trace_base), 0xFC000000, 0xFF000000},
+    {HPS_WORD(memory.dap_base), 0xFF000000, 0xFF000000},
+    {HPS_WORD(memory.scu_base), 0xFFFEC000, 0xFFFFC000},
+    {HPS_WORD(memory.l2_cache_base), 0xFFFEF000, 0xFFFFF000},
+    {HPS_WORD(memory.private_timer_base), 0xFFFEC600, 0xFFFFC600},
+    // Clock manager.
+    {HPS_WORD(clock.base), 0xFFD04000, 0xFFD04000},
+    {HPS_WORD(clock.control_offset), 0x00, 0x00},
+    {HPS_WORD(clock.safe_mode_bit), 0, NONE},
+    {HPS_WORD(clock.bypass_offset), 0x04, 0x2C},
+    {HPS_WORD(clock.stat_offset), 0x14, 0x04},
+    {HPS_WORD(clock.busy_bit), 0, 0},
+    {HPS_WORD(clock.pll_count), 3, 2},
+    {HPS_WORD(clock.pll_control_offset[0]), 0x40, 0x40},
+    {HPS_WORD(clock.pll_control_offset[1]), 0x80, 0xC0},
+    {HPS_WORD(clock.pll_control_offset[2]), 0xC0, NONE},
+    {HPS_WORD(clock.pll_lock_bit[0]), 0, 8},
+    {HPS_WORD(clock.pll_lock_bit[1]), 1, 9},
+    {HPS_WORD(clock.pll_lock_bit[2]), 2, NONE},
+    {HPS_WORD(clock.pll_vco_offset[0]), 0x40, 0x40},
+    {HPS_WORD(clock.pll_vco_offset[1]), 0x80, 0xC0},
+    {HPS_WORD(clock.pll_vco_offset[2]), 0xC0, NONE},
+    {HPS_WORD(clock.pll_reset_bit), 31, 2},
+    {HPS_WORD(clock.pll_power_down_bit), 2, 0},
+    {HPS_WORD(clock.osc1_frequency_hz), 25000000, 25000000},
+    {HPS_WORD(clock.osc2_frequency_hz), NONE, 25000000},
+    {HPS_WORD(clock.boot_mpu_frequency_hz), 25000000, 25000000},
+    {HPS_WORD(clock.boot_l4_frequency_hz), 25000000, 25000000},
+    {HPS_WORD(clock.peripheral_enable_offset), 0xA0, 0xE4},
+    {HPS_WORD(clock.qspi_clock_enable_bit), 11, 11},
+    {HPS_WORD(clock.nand_clock_enable_bit), 10, 10},
+    {HPS_WORD(clock.nand_x_clock_enable_bit), 9, NONE},
+    {HPS_WORD(clock.sdmmc_clock_enable_bit), 8, 5},
+    {HPS_WORD(clock.qspi_clock_source_offset), 0xAC, 0x7C},
+    {HPS_WORD(clock.qspi_clock_source_shift), 4, 16},
+    {HPS_WORD(clock.qspi_clock_source_width), 2, 3},
+    {HPS_WORD(clock.qspi_default_frequency_hz), 100000000, 200000000},
+    {HPS_WORD(clock.nand_clock_source_shift), 2, 16},
+    {HPS_WORD(clock.nand_clock_source_width), 2, 3},
+    {HPS_WORD(clock.nand_default_frequency_hz), 50000000, 100000000},
+    {HPS_WORD(clock.sdmmc_clock_source_shift), 0, 16},
+    {HPS_WORD(clock.sdmmc_clock_source_width), 2, 3},
+    {HPS_WORD(clock.sdmmc_default_frequency_hz), 50000000, 200000000},
+    {HPS_WORD(clock.divider_offset), 0x84, 0x60},
+    {HPS_WORD(clock.divider_width), 9, 11},
+    {HPS_WORD(clock.gate_count), 12, 16},
+    // Reset manager.
+    {HPS_WORD(reset.base), 0xFFD05000, 0xFFD05000},
+    {HPS_WORD(reset.status_offset), 0x00, 0x00},
+    {HPS_WORD(reset.control_offset), 0x04, 0x0C},
+    {HPS_WORD(reset.warm_reset_request_bit), 1, 1},
+    {HPS_WORD(reset.cold_reset_request_bit), 0, 0},
+    {HPS_WORD(reset.cold_reset_status_bit), 0, 0},
+    {HPS_WORD(reset.mpu_reset_offset), 0x10, 0x20},
+    {HPS_WORD(reset.cpu1_reset_bit), 1, 1},
+    {HPS_WORD(reset.peripheral_reset_offset), 0x14, 0x24},
+    {HPS_WORD(reset.peripheral2_reset_offset), 0x18, 0x28},
+    {HPS_WORD(reset.bridge_reset_offset), 0x1C, 0x2C},
+    {HPS_WORD(reset.qspi_reset_bit), 5, 6},
+    {HPS_WORD(reset.nand_reset_bit), 4, 5},
+    {HPS_WORD(reset.sdmmc_reset_bit), 22, 7},
+    {HPS_WORD(reset.dma_reset_bit), 28, 16},
+    {HPS_WORD(reset.watchdog_reset_bit[0]), 6, 0},
+    {HPS_WORD(reset.watchdog_reset_bit[1]), 7, 1},
+    {HPS_WORD(reset.ocram_reset_bit), NONE, 8},
+    {HPS_WORD(reset.sdram_reset_bit), 29, 9},
+    {HPS_WORD(reset.qspi_ecc_reset_bit), 0, 4},
+    {HPS_WORD(reset.nand_ecc_reset_bit[0]), 4, 5},
+    {HPS_WORD(reset.nand_ecc_reset_bit[1]), 5, 6},
+    {HPS_WORD(reset.nand_ecc_reset_bit[2]), 6, 7},
+    {HPS_WORD(reset.sdmmc_ecc_reset_bit), 7, 8},
+    {HPS_WORD(reset.bridge_reset_bit[0]), 0, 0},
+    {HPS_WORD(reset.bridge_reset_bit[1]), 1, 1},
+    {HPS_WORD(reset.bridge_reset_bit[2]), 2, 2},
+    {HPS_WORD(reset.reset_pulse_cycles), 16, 16},
+    {HPS_WORD(reset.status_sticky_mask), 0x001F1F1F, 0x0000FFFF},
+    {HPS_WORD(reset.tap_reset_offset), 0x20, NONE},
+    {HPS_WORD(reset.tap_reset_bit), 0, NONE},
+    {HPS_WORD(reset.peripheral_reset_count), 2, 2},
+    // System manager.
+    {HPS_WORD(system.base), 0xFFD08000, 0xFFD06000},
+    {HPS_WORD(system.silicon_id_offset), 0x00, 0x00},
+    {HPS_WORD(system.boot_info_offset), 0x14, 0x28},
+    {HPS_WORD(system.boot_select_shift), 0, 12},
+    {HPS_WORD(system.boot_select_width), 3, 3},
+    {HPS_WORD(system.boot_select_qspi_value[0]), 6, 6},
+    {HPS_WORD(system.boot_select_qspi_value[1]), 7, 7},
+    {HPS_WORD(system.boot_select_nand_value[0]), 2, 2},
+    {HPS_WORD(system.boot_select_nand_value[1]), 3, 3},
+    {HPS_WORD(system.boot_select_sdmmc_value[0]), 4, 4},
+    {HPS_WORD(system.boot_select_sdmmc_value[1]), 5, 5},
+    {HPS_WORD(system.clock_select_shift), 3, 16},
+    {HPS_WORD(system.clock_select_width), 2, 2},
+    {HPS_WORD(system.pin_mux_base), 0xFFD08400, 0xFFD07000},
+    {HPS_WORD(system.pin_mux_count), 205, 68},
+    {HPS_WORD(system.qspi_pin_mux_first), 0x148, 0x000},
+    {HPS_WORD(system.qspi_pin_count), 8, 9},
+    {HPS_WORD(system.nand_pin_mux_first), 0x114, 0x030},
+    {HPS_WORD(system.nand_pin_count), 16, 16},
+    {HPS_WORD(system.sdmmc_pin_mux_first), 0x0E4, 0x070},
+    {HPS_WORD(system.sdmmc_pin_count), 10, 10},
+    {HPS_WORD(system.flash_mux_value), 3, 4},
+    {HPS_WORD(system.warm_ram_offset), 0x20, NONE},
+    {HPS_WORD(system.warm_ram_enable_bit), 0, NONE},
+    {HPS_WORD(system.rom_code_control_offset), 0xC0, 0x200},
+    {HPS_WORD(system.rom_code_warm_ram_bit), 1, 1},
+    {HPS_WORD(system.ecc_interrupt_offset), 0x140, 0x94},
+    {HPS_WORD(system.nand_ecc_enable_offset), 0x150, 0x08},
+    {HPS_WORD(system.qspi_ecc_enable_offset), 0x158, 0x08},
+    {HPS_WORD(system.sdmmc_ecc_enable_offset), 0x15C, 0x08},
+    {HPS_WORD(system.ecc_enable_bit), 0, 0},
+    {HPS_WORD(system.frz_control_offset), 0x30, NONE},
+    // Quad-SPI flash controller.
+    {HPS_WORD(qspi.base), 0xFF705000, 0xFF809000},
+    {HPS_WORD(qspi.data_base), 0xFFA00000, 0xFFA00000},
+    {HPS_WORD(qspi.data_size), 0x00100000, 0x00100000},
+    {HPS_WORD(qspi.chip_select_count), 4, 4},
+    {HPS_WORD(qspi.fifo_depth_words), 128, 256},
+    {HPS_WORD(qspi.sram_size_words), 128, 256},
+    {HPS_WORD(qspi.config_offset), 0x00, 0x00},
+    {HPS_WORD(qspi.enable_bit), 0, 0},
+    {HPS_WORD(qspi.idle_bit), 31, 31},
+    {HPS_WORD(qspi.direct_access_bit), 7, 7},
+    {HPS_WORD(qspi.decode_chip_select_bit), 9, 9},
+    {HPS_WORD(qspi.chip_select_shift), 10, 10},
+    {HPS_WORD(qspi.chip_select_width), 4, 4},
+    {HPS_WORD(qspi.baud_divisor_shift), 19, 19},
+    {HPS_WORD(qspi.baud_divisor_width), 4, 4},
+    {HPS_WORD(qspi.read_instruction_offset), 0x04, 0x04},
+    {HPS_WORD(qspi.write_instruction_offset), 0x08, 0x08},
+    {HPS_WORD(qspi.delay_offset), 0x0C, 0x0C},
+    {HPS_WORD(qspi.read_capture_offset), 0x10, 0x10},
+    {HPS_WORD(qspi.device_size_offset), 0x14, 0x14},
+    {HPS_WORD(qspi.address_bytes_shift), 0, 0},
+    {HPS_WORD(qspi.address_bytes_width), 4, 4},
+    {HPS_WORD(qspi.page_bytes_shift), 4, 4},
+    {HPS_WORD(qspi.page_bytes_width), 12, 12},
+    {HPS_WORD(qspi.block_bytes_shift), 16, 16},
+    {HPS_WORD(qspi.block_bytes_width), 5, 5},
+    {HPS_WORD(qspi.sram_partition_offset), 0x18, 0x18},
+    {HPS_WORD(qspi.indirect_trigger_offset), 0x1C, 0x1C},
+    {HPS_WORD(qspi.dma_config_offset), 0x20, 0x20},
+    {HPS_WORD(qspi.remap_offset), 0x24, 0x24},
+    {HPS_WORD(qspi.mode_bit_offset), 0x28, 0x28},
+    {HPS_WORD(qspi.sram_fill_offset), 0x2C, 0x2C},
+    {HPS_WORD(qspi.tx_threshold_offset), 0x30, 0x30},
+    {HPS_WORD(qspi.rx_threshold_offset), 0x34, 0x34},
+    {HPS_WORD(qspi.write_completion_offset), 0x38, 0x38},
+    {HPS_WORD(qspi.poll_expiry_offset), 0x3C, 0x3C},
+    {HPS_WORD(qspi.interrupt_status_offset), 0x40, 0x40},
+    {HPS_WORD(qspi.interrupt_mask_offset), 0x44, 0x44},
+    {HPS_WORD(qspi.write_protect_low_offset), 0x50, 0x50},
+    {HPS_WORD(qspi.write_protect_high_offset), 0x54, 0x54},
+    {HPS_WORD(qspi.write_protect_offset), 0x58, 0x58},
+    {HPS_WORD(qspi.indirect_read_control_offset), 0x60, 0x60},
+    {HPS_WORD(qspi.indirect_read_watermark_offset), 0x64, 0x64},
+    {HPS_WORD(qspi.indirect_read_start_offset), 0x68, 0x68},
+    {HPS_WORD(qspi.indirect_read_count_offset), 0x6C, 0x6C},
+    {HPS_WORD(qspi.indirect_write_control_offset), 0x70, 0x70},
+    {HPS_WORD(qspi.indirect_write_watermark_offset), 0x74, 0x74},
+    {HPS_WORD(qspi.indirect_write_start_offset), 0x78, 0x78},
+    {HPS_WORD(qspi.indirect_write_count_offset), 0x7C, 0x7C},
+    {HPS_WORD(qspi.command_control_offset), 0x90, 0x90},
+    {HPS_WORD(qspi.command_address_offset), 0x94, 0x94},
+    {HPS_WORD(qspi.command_read_data_offset[0]), 0xA0, 0xA0},
+    {HPS_WORD(qspi.command_read_data_offset[1]), 0xA4, 0xA4},
+    {HPS_WORD(qspi.command_write_data_offset[0]), 0xA8, 0xA8},
+    {HPS_WORD(qspi.command_write_data_offset[1]), 0xAC, 0xAC},
+    {HPS_WORD(qspi.module_id_offset), 0xFC, NONE},
+    // NAND flash controller.
+    {HPS_WORD(nand.base), 0xFFB80000, 0xFFB80000},
+    {HPS_WORD(nand.data_base), 0xFFB90000, 0xFFB90000},
+    {HPS_WORD(nand.data_size), 0x00010000, 0x00010000},
+    {HPS_WORD(nand.bank_count), 4, 1},
+    {HPS_WORD(nand.ecc_sector_bytes), 512, 512},
+    {HPS_WORD(nand.max_ecc_bits), 8, 24},
+    {HPS_WORD(nand.spare_area_skip_bytes), 2, 2},
+    {HPS_WORD(nand.device_reset_offset), 0x000, 0x000},
+    {HPS_WORD(nand.transfer_spare_offset), 0x010, 0x010},
+    {HPS_WORD(nand.load_wait_count_offset), 0x060, 0x060},
+    {HPS_WORD(nand.program_wait_count_offset), 0x070, 0x070},
+    {HPS_WORD(nand.erase_wait_count_offset), 0x080, 0x080},
+    {HPS_WORD(nand.interrupt_monitor_count_offset), 0x090, 0x090},
+    {HPS_WORD(nand.rb_pin_enabled_offset), 0x0A0, 0x0A0},
+    {HPS_WORD(nand.multiplane_offset), 0x0B0, 0x0B0},
+    {HPS_WORD(nand.multiplane_read_enable_offset), 0x0C0, NONE},
+    {HPS_WORD(nand.ecc_enable_offset), 0x0E0, 0x0E0},
+    {HPS_WORD(nand.global_interrupt_enable_offset), 0x0F0, 0x0F0},
+    {HPS_WORD(nand.two_row_address_cycles_offset), 0x120, 0x120},
+    {HPS_WORD(nand.first_block_of_next_plane_offset), 0x150, 0x150},
+    {HPS_WORD(nand.read_status_offset), 0x1A0, 0x1A0},
+    {HPS_WORD(nand.ecc_correction_offset), 0x1B0, 0x1B0},
+    {HPS_WORD(nand.device_main_area_size_offset), 0x260, 0x260},
+    {HPS_WORD(nand.device_spare_area_size_offset), 0x270, 0x270},
+    {HPS_WORD(nand.devices_connected_offset), 0x250, 0x250},
+    {HPS_WORD(nand.pages_per_block_offset), 0x150, 0x150},
+    {HPS_WORD(nand.device_width_offset), 0x1F0, 0x1F0},
+    {HPS_WORD(nand.manufacturer_id_offset), 0x300, 0x300},
+    {HPS_WORD(nand.device_id_offset), 0x310, 0x310},
+    {HPS_WORD(nand.device_param_offset[0]), 0x320, 0x320},
+    {HPS_WORD(nand.device_param_offset[1]), 0x330, 0x330},
+    {HPS_WORD(nand.device_param_offset[2]), 0x340, 0x340},
+    {HPS_WORD(nand.logical_page_data_size_offset), 0x350, 0x350},
+    {HPS_WORD(nand.logical_page_spare_size_offset), 0x360, 0x360},
+    {HPS_WORD(nand.revision_offset), 0x370, 0x370},
+    {HPS_WORD(nand.onfi_device_features_offset), 0x380, 0x380},
+    {HPS_WORD(nand.onfi_timing_mode_offset), 0x3A0, 0x3A0},
+    {HPS_WORD(nand.onfi_device_page_count_offset[0]), 0x3C0, 0x3C0},
+    {HPS_WORD(nand.onfi_device_page_count_offset[1]), 0x3D0, 0x3D0},
+    {HPS_WORD(nand.interrupt_status_offset[0]), 0x410, 0x410},
+    {HPS_WORD(nand.interrupt_status_offset[1]), 0x460, NONE},
+    {HPS_WORD(nand.interrupt_status_offset[2]), 0x4B0, NONE},
+    {HPS_WORD(nand.interrupt_status_offset[3]), 0x500, NONE},
+    {HPS_WORD(nand.interrupt_enable_offset[0]), 0x420, 0x420},
+    {HPS_WORD(nand.interrupt_enable_offset[1]), 0x470, NONE},
+    {HPS_WORD(nand.interrupt_enable_offset[2]), 0x4C0, NONE},
+    {HPS_WORD(nand.interrupt_enable_offset[3]), 0x510, NONE},
+    {HPS_WORD(nand.dma_enable_offset), 0x700, 0x700},
+    {HPS_WORD(nand.dma_enable_bit), 0, 0},
+    {HPS_WORD(nand.reset_complete_bit), 13, 13},
+    {HPS_WORD(nand.erase_complete_bit), 3, 3},
+    {HPS_WORD(nand.program_complete_bit), 2, 2},
+    {HPS_WORD(nand.map_command_shift), 26, 26},
+    {HPS_WORD(nand.map_bank_shift), 24, 24},
+    {HPS_WORD(nand.map_block_shift), 6, 6},
+    {HPS_WORD(nand.map_page_shift), 0, 0},
+    // SD/MMC controller.
+    {HPS_WORD(sdmmc.base), 0xFF704000, 0xFF808000},
+    {HPS_WORD(sdmmc.fifo_offset), 0x200, 0x200},
+    {HPS_WORD(sdmmc.fifo_depth_words), 1024, 1024},
+    {HPS_WORD(sdmmc.card_count), 1, 1},
+    {HPS_WORD(sdmmc.control_offset), 0x00, 0x00},
+    {HPS_WORD(sdmmc.power_enable_offset), 0x04, 0x04},
+    {HPS_WORD(sdmmc.clock_divider_offset), 0x08, 0x08},
+    {HPS_WORD(sdmmc.clock_source_offset), 0x0C, 0x0C},
+    {HPS_WORD(sdmmc.clock_enable_offset), 0x10, 0x10},
+    {HPS_WORD(sdmmc.timeout_offset), 0x14, 0x14},
+    {HPS_WORD(sdmmc.card_type_offset), 0x18, 0x18},
+    {HPS_WORD(sdmmc.block_size_offset), 0x1C, 0x1C},
+    {HPS_WORD(sdmmc.byte_count_offset), 0x20, 0x20},
+    {HPS_WORD(sdmmc.interrupt_mask_offset), 0x24, 0x24},
+    {HPS_WORD(sdmmc.command_argument_offset), 0x28, 0x28},
+    {HPS_WORD(sdmmc.command_offset), 0x2C, 0x2C},
+    {HPS_WORD(sdmmc.response_offset[0]), 0x30, 0x30},
+    {HPS_WORD(sdmmc.response_offset[1]), 0x34, 0x34},
+    {HPS_WORD(sdmmc.response_offset[2]), 0x38, 0x38},
+    {HPS_WORD(sdmmc.response_offset[3]), 0x3C, 0x3C},
+    {HPS_WORD(sdmmc.masked_interrupt_offset), 0x40, 0x40},
+    {HPS_WORD(sdmmc.raw_interrupt_offset), 0x44, 0x44},
+    {HPS_WORD(sdmmc.status_offset), 0x48, 0x48},
+    {HPS_WORD(sdmmc.fifo_threshold_offset), 0x4C, 0x4C},
+    {HPS_WORD(sdmmc.card_detect_offset), 0x50, 0x50},
+    {HPS_WORD(sdmmc.write_protect_offset), 0x54, 0x54},
+    {HPS_WORD(sdmmc.card_detect_bit), 0, 0},
+    {HPS_WORD(sdmmc.write_protect_bit), 0, 0},
+    {HPS_WORD(sdmmc.bus_mode_offset), 0x80, 0x80},
+    {HPS_WORD(sdmmc.start_command_bit), 31, 31},
+    {HPS_WORD(sdmmc.use_hold_register_bit), 29, 29},
+    {HPS_WORD(sdmmc.card_reset_offset), 0x78, 0x78},
+    // Watchdogs held off while programming.
+    {HPS_WORD(watchdog.count), 2, 2},
+    {HPS_WORD(watchdog.base[0]), 0xFFD02000, 0xFFD00200},
+    {HPS_WORD(watchdog.base[1]), 0xFFD03000, 0xFFD00300},
+    {HPS_WORD(watchdog.control_offset), 0x00, 0x00},
+    {HPS_WORD(watchdog.enable_bit), 0, 0},
+    {HPS_WORD(watchdog.restart_offset), 0x0C, 0x0C},
+    {HPS_WORD(watchdog.restart_key), 0x76, 0x76},
+    {HPS_WORD(watchdog.pause_on_debug_bit), 4, NONE},
+    // Boot ROM hand-off.
+    {HPS_WORD(boot.header_offset), 0x40, 0x40},
+    {HPS_WORD(boot.header_magic), 0x31305341, 0x31305341},
+    {HPS_WORD(boot.header_size), 0x0C, 0x10},
+    {HPS_WORD(boot.image_alignment), 0x10000, 0x40000},
+    {HPS_WORD(boot.image_max_size), 0x10000, 0x40000},
+    {HPS_WORD(boot.image_copies), 4, 4},
+    {HPS_WORD(boot.qspi_image_offset), 0x00000000, 0x00000000},
+    {HPS_WORD(boot.nand_image_offset), 0x00000000, 0x00000000},
+    {HPS_WORD(boot.sdmmc_image_offset), 0x00000000, 0x00000000},
+    {HPS_WORD(boot.load_address), 0xFFFF0000, 0xFFE00000},
+    {HPS_WORD(boot.entry_offset), 0x50, 0x50},
+    {HPS_WORD(boot.checksum_kind), 1, 2},
+};
+
+#undef HPS_WORD
+
+// The description of one generation: every word absent, then the rows' values.
+PGMDEV_HPS_STRUCTURE generation(DWORD HPS_ITEM::*value) {
+  DWORD words[PGMDEV_HPS_STRUCTURE::WORD_COUNT];
+  std::fill(std::begin(words), std::end(words), NONE);
+  for (const HPS_ITEM& item : HPS_ITEMS) words[item.word] = item.*value;
   PGMDEV_HPS_STRUCTURE row;
-  std::memset(&row, 0xFF, sizeof(row));
-  return row;
-}
-
-// Debug items shared by both generations (same debug port architecture).
-void fill_common_debug(PGMDEV_HPS_DEBUG& d) {
-  d.ir_length = 4;
-  d.ap_csw_offset = 0x00;
-  d.ap_tar_offset = 0x04;
-  d.ap_drw_offset = 0x0C;
-  d.ap_idr_offset = 0xFC;
-  d.csw_size_word = 0x2;
-  d.csw_addr_inc_single = 0x1;
-  d.csw_dbg_sw_enable_bit = 31;
-  d.tar_autoinc_boundary = 0x400;
-  d.lock_access_offset = 0xFB0;
-  d.lock_access_key = 0xC5ACCE55;
-  d.dscr_offset = 0x088;
-  d.itr_offset = 0x084;
-  d.drcr_offset = 0x090;
-  d.dtrrx_offset = 0x080;
-  d.dtrtx_offset = 0x08C;
-  d.dscr_halted_bit = 0;
-  d.dscr_itr_enable_bit = 13;
-  d.dscr_txfull_bit = 29;
-  d.drcr_halt_request_bit = 0;
-  d.drcr_restart_request_bit = 1;
-  d.cti_control_offset = 0x000;
-}
-
-void fill_gen1_debug(PGMDEV_HPS_DEBUG& d) {
-  fill_common_debug(d);
-  d.ahb_ap_index = 0;
-  d.apb_ap_index = 1;
-  d.rom_table_base = 0x80000000;
-  d.cpu_count = 2;
-  d.cpu_debug_base[0] = 0x80110000;
-  d.cpu_debug_base[1] = 0x80112000;
-  d.cpu_cti_base[0] = 0x80118000;
-  d.cpu_cti_base[1] = 0x80119000;
-}
-
-void fill_gen2_debug(PGMDEV_HPS_DEBUG& d) {
-  fill_common_debug(d);
-  d.ahb_ap_index = 0;
-  d.apb_ap_index = 1;
-  d.jtag_ap_index = 2;
-  d.rom_table_base = 0x80000000;
-  d.cpu_count = 2;
-  d.cpu_debug_base[0] = 0x80110000;
-  d.cpu_debug_base[1] = 0x80112000;
-  d.cpu_cti_base[0] = 0x80118000;
-  d.cpu_cti_base[1] = 0x80119000;
-}
-
-void fill_gen1_memory(PGMDEV_HPS_MEMORY& m) {
-  m.boot_rom_base = 0xFFFD0000;
-  m.boot_rom_size = 0x00010000;
-  m.ocram_base = 0xFFFF0000;
-  m.ocram_size = 0x00010000;
-  m.ocram_ecc_control_offset = 0x144;
-  m.ocram_ecc_enable_bit = 0;
-  m.sdram_base = 0x00000000;
-  m.sdram_max_size = 0xC0000000;
-  m.sdram_controller_base = 0xFFC25000;
-  m.interconnect_base = 0xFF800000;
-  m.remap_offset = 0x0;
-  m.remap_ocram_bit = 0;
-  m.remap_lw_bridge_bit = 4;
-  m.remap_bridge_bit = 3;
-  m.bridge_base = 0xC0000000;
-  m.bridge_size = 0x3C000000;
-  m.lw_bridge_base = 0xFF200000;
-  m.lw_bridge_size = 0x00200000;
-  m.trace_base = 0xFC000000;
-  m.dap_base = 0xFF000000;
-  m.scu_base = 0xFFFEC000;
-  m.l2_cache_base = 0xFFFEF000;
-  m.private_timer_base = 0xFFFEC600;
-}
-
-void fill_gen2_memory(PGMDEV_HPS_MEMORY& m) {
-  m.boot_rom_base = 0xFFFC0000;
-  m.boot_rom_size = 0x00020000;
-  m.ocram_base = 0xFFE00000;
-  m.ocram_size = 0x00040000;
-  m.ocram_ecc_control_offset = 0x08;
-  m.ocram_ecc_enable_bit = 0;
-  m.ocram_ecc_init_done_bit = 16;
-  m.sdram_base = 0x00000000;
-  m.sdram_max_size = 0xC0000000;
-  m.sdram_controller_base = 0xFFCFB000;
-  m.interconnect_base = 0xFFD11000;
-  m.remap_offset = 0x0;
-  m.remap_ocram_bit = 0;
-  m.bridge_base = 0xC0000000;
-  m.bridge_size = 0x3C000000;
-  m.lw_bridge_base = 0xFF200000;
-  m.lw_bridge_size = 0x00200000;
-  m.trace_base = 0xFF000000;
-  m.dap_base = 0xFF000000;
-  m.scu_base = 0xFFFFC000;
-  m.l2_cache_base = 0xFFFFF000;
-  m.private_timer_base = 0xFFFFC600;
-}
-
-void fill_gen1_clock(PGMDEV_HPS_CLOCK& c) {
-  c.base = 0xFFD04000;
-  c.control_offset = 0x00;
-  c.safe_mode_bit = 0;
-  c.bypass_offset = 0x04;
-  c.stat_offset = 0x14;
-  c.busy_bit = 0;
-  c.pll_count = 3;
-  c.pll_control_offset[0] = 0x40;
-  c.pll_control_offset[1] = 0x80;
-  c.pll_control_offset[2] = 0xC0;
-  c.pll_lock_bit[0] = 0;
-  c.pll_lock_bit[1] = 1;
-  c.pll_lock_bit[2] = 2;
-  c.pll_vco_offset[0] = 0x40;
-  c.pll_vco_offset[1] = 0x80;
-  c.pll_vco_offset[2] = 0xC0;
-  c.pll_reset_bit = 31;
-  c.pll_power_down_bit = 2;
-  c.osc1_frequency_hz = 25000000;
-  c.boot_mpu_frequency_hz = 25000000;
-  c.boot_l4_frequency_hz = 25000000;
-  c.peripheral_enable_offset = 0xA0;
-  c.qspi_clock_enable_bit = 11;
-  c.nand_clock_enable_bit = 10;
-  c.nand_x_clock_enable_bit = 9;
-  c.sdmmc_clock_enable_bit = 8;
-  c.qspi_clock_source_offset = 0xAC;
-  c.qspi_clock_source_shift = 4;
-  c.qspi_clock_source_width = 2;
-  c.qspi_default_frequency_hz = 100000000;
-  c.nand_clock_source_shift = 2;
-  c.nand_clock_source_width = 2;
-  c.nand_default_frequency_hz = 50000000;
-  c.sdmmc_clock_source_shift = 0;
-  c.sdmmc_clock_source_width = 2;
-  c.sdmmc_default_frequency_hz = 50000000;
-  c.divider_offset = 0x84;
-  c.divider_width = 9;
-  c.gate_count = 12;
-}
-
-void fill_gen2_clock(PGMDEV_HPS_CLOCK& c) {
-  c.base = 0xFFD04000;
-  c.control_offset = 0x00;
-  c.bypass_offset = 0x2C;
-  c.stat_offset = 0x04;
-  c.busy_bit = 0;
-  c.pll_count = 2;
-  c.pll_control_offset[0] = 0x40;
-  c.pll_control_offset[1] = 0xC0;
-  c.pll_lock_bit[0] = 8;
-  c.pll_lock_bit[1] = 9;
-  c.pll_vco_offset[0] = 0x40;
-  c.pll_vco_offset[1] = 0xC0;
-  c.pll_reset_bit = 2;
-  c.pll_power_down_bit = 0;
-  c.osc1_frequency_hz = 25000000;
-  c.osc2_frequency_hz = 25000000;
-  c.boot_mpu_frequency_hz = 25000000;
-  c.boot_l4_frequency_hz = 25000000;
-  c.peripheral_enable_offset = 0xE4;
-  c.qspi_clock_enable_bit = 11;
-  c.nand_clock_enable_bit = 10;
-  c.sdmmc_clock_enable_bit = 5;
-  c.qspi_clock_source_offset = 0x7C;
-  c.qspi_clock_source_shift = 16;
-  c.qspi_clock_source_width = 3;
-  c.qspi_default_frequency_hz = 200000000;
-  c.nand_clock_source_shift = 16;
-  c.nand_clock_source_width = 3;
-  c.nand_default_frequency_hz = 100000000;
-  c.sdmmc_clock_source_shift = 16;
-  c.sdmmc_clock_source_width = 3;
-  c.sdmmc_default_frequency_hz = 200000000;
-  c.divider_offset = 0x60;
-  c.divider_width = 11;
-  c.gate_count = 16;
-}
-
-void fill_gen1_reset(PGMDEV_HPS_RESET& r) {
-  r.base = 0xFFD05000;
-  r.status_offset = 0x00;
-  r.control_offset = 0x04;
-  r.warm_reset_request_bit = 1;
-  r.cold_reset_request_bit = 0;
-  r.cold_reset_status_bit = 0;
-  r.mpu_reset_offset = 0x10;
-  r.cpu1_reset_bit = 1;
-  r.peripheral_reset_offset = 0x14;
-  r.peripheral2_reset_offset = 0x18;
-  r.bridge_reset_offset = 0x1C;
-  r.qspi_reset_bit = 5;
-  r.nand_reset_bit = 4;
-  r.sdmmc_reset_bit = 22;
-  r.dma_reset_bit = 28;
-  r.watchdog_reset_bit[0] = 6;
-  r.watchdog_reset_bit[1] = 7;
-  r.sdram_reset_bit = 29;
-  r.qspi_ecc_reset_bit = 0;
-  r.nand_ecc_reset_bit[0] = 4;
-  r.nand_ecc_reset_bit[1] = 5;
-  r.nand_ecc_reset_bit[2] = 6;
-  r.sdmmc_ecc_reset_bit = 7;
-  r.bridge_reset_bit[0] = 0;
-  r.bridge_reset_bit[1] = 1;
-  r.bridge_reset_bit[2] = 2;
-  r.reset_pulse_cycles = 16;
-  r.status_sticky_mask = 0x001F1F1F;
-  r.tap_reset_offset = 0x20;
-  r.tap_reset_bit = 0;
-  r.peripheral_reset_count = 2;
-}
-
-void fill_gen2_reset(PGMDEV_HPS_RESET& r) {
-  r.base = 0xFFD05000;
-  r.status_offset = 0x00;
-  r.control_offset = 0x0C;
-  r.warm_reset_request_bit = 1;
-  r.cold_reset_request_bit = 0;
-  r.cold_reset_status_bit = 0;
-  r.mpu_reset_offset = 0x20;
-  r.cpu1_reset_bit = 1;
-  r.peripheral_reset_offset = 0x24;
-  r.peripheral2_reset_offset = 0x28;
-  r.bridge_reset_offset = 0x2C;
-  r.qspi_reset_bit = 6;
-  r.nand_reset_bit = 5;
-  r.sdmmc_reset_bit = 7;
-  r.dma_reset_bit = 16;
-  r.watchdog_reset_bit[0] = 0;
-  r.watchdog_reset_bit[1] = 1;
-  r.ocram_reset_bit = 8;
-  r.sdram_reset_bit = 9;
-  r.qspi_ecc_reset_bit = 4;
-  r.nand_ecc_reset_bit[0] = 5;
-  r.nand_ecc_reset_bit[1] = 6;
-  r.nand_ecc_reset_bit[2] = 7;
-  r.sdmmc_ecc_reset_bit = 8;
-  r.bridge_reset_bit[0] = 0;
-  r.bridge_reset_bit[1] = 1;
-  r.bridge_reset_bit[2] = 2;
-  r.reset_pulse_cycles = 16;
-  r.status_sticky_mask = 0x0000FFFF;
-  r.peripheral_reset_count = 2;
-}
-
-void fill_gen1_system(PGMDEV_HPS_SYSTEM& s) {
-  s.base = 0xFFD08000;
-  s.silicon_id_offset = 0x00;
-  s.boot_info_offset = 0x14;
-  s.boot_select_shift = 0;
-  s.boot_select_width = 3;
-  s.boot_select_qspi_value[0] = 6;
-  s.boot_select_qspi_value[1] = 7;
-  s.boot_select_nand_value[0] = 2;
-  s.boot_select_nand_value[1] = 3;
-  s.boot_select_sdmmc_value[0] = 4;
-  s.boot_select_sdmmc_value[1] = 5;
-  s.clock_select_shift = 3;
-  s.clock_select_width = 2;
-  s.pin_mux_base = 0xFFD08400;
-  s.pin_mux_count = 205;
-  s.qspi_pin_mux_first = 0x148;
-  s.qspi_pin_count = 8;
-  s.nand_pin_mux_first = 0x114;
-  s.nand_pin_count = 16;
-  s.sdmmc_pin_mux_first = 0x0E4;
-  s.sdmmc_pin_count = 10;
-  s.flash_mux_value = 3;
-  s.warm_ram_offset = 0x20;
-  s.warm_ram_enable_bit = 0;
-  s.rom_code_control_offset = 0xC0;
-  s.rom_code_warm_ram_bit = 1;
-  s.ecc_interrupt_offset = 0x140;
-  s.nand_ecc_enable_offset = 0x150;
-  s.qspi_ecc_enable_offset = 0x158;
-  s.sdmmc_ecc_enable_offset = 0x15C;
-  s.ecc_enable_bit = 0;
-  s.frz_control_offset = 0x30;
-}
-
-void fill_gen2_system(PGMDEV_HPS_SYSTEM& s) {
-  s.base = 0xFFD06000;
-  s.silicon_id_offset = 0x00;
-  s.boot_info_offset = 0x28;
-  s.boot_select_shift = 12;
-  s.boot_select_width = 3;
-  s.boot_select_qspi_value[0] = 6;
-  s.boot_select_qspi_value[1] = 7;
-  s.boot_select_nand_value[0] = 2;
-  s.boot_select_nand_value[1] = 3;
-  s.boot_select_sdmmc_value[0] = 4;
-  s.boot_select_sdmmc_value[1] = 5;
-  s.clock_select_shift = 16;
-  s.clock_select_width = 2;
-  s.pin_mux_base = 0xFFD07000;
-  s.pin_mux_count = 68;
-  s.qspi_pin_mux_first = 0x000;
-  s.qspi_pin_count = 9;
-  s.nand_pin_mux_first = 0x030;
-  s.nand_pin_count = 16;
-  s.sdmmc_pin_mux_first = 0x070;
-  s.sdmmc_pin_count = 10;
-  s.flash_mux_value = 4;
-  s.rom_code_control_offset = 0x200;
-  s.rom_code_warm_ram_bit = 1;
-  s.ecc_interrupt_offset = 0x94;
-  s.nand_ecc_enable_offset = 0x08;
-  s.qspi_ecc_enable_offset = 0x08;
-  s.sdmmc_ecc_enable_offset = 0x08;
-  s.ecc_enable_bit = 0;
-}
-
-// Register offsets of the quad-SPI controller, common to both generations.
-void fill_qspi_registers(PGMDEV_HPS_QSPI& q) {
-  q.config_offset = 0x00;
-  q.enable_bit = 0;
-  q.idle_bit = 31;
-  q.direct_access_bit = 7;
-  q.decode_chip_select_bit = 9;
-  q.chip_select_shift = 10;
-  q.chip_select_width = 4;
-  q.baud_divisor_shift = 19;
-  q.baud_divisor_width = 4;
-  q.read_instruction_offset = 0x04;
-  q.write_instruction_offset = 0x08;
-  q.delay_offset = 0x0C;
-  q.read_capture_offset = 0x10;
-  q.device_size_offset = 0x14;
-  q.address_bytes_shift = 0;
-  q.address_bytes_width = 4;
-  q.page_bytes_shift = 4;
-  q.page_bytes_width = 12;
-  q.block_bytes_shift = 16;
-  q.block_bytes_width = 5;
-  q.sram_partition_offset = 0x18;
-  q.indirect_trigger_offset = 0x1C;
-  q.dma_config_offset = 0x20;
-  q.remap_offset = 0x24;
-  q.mode_bit_offset = 0x28;
-  q.sram_fill_offset = 0x2C;
-  q.tx_threshold_offset = 0x30;
-  q.rx_threshold_offset = 0x34;
-  q.write_completion_offset = 0x38;
-  q.poll_expiry_offset = 0x3C;
-  q.interrupt_status_offset = 0x40;
-  q.interrupt_mask_offset = 0x44;
-  q.write_protect_low_offset = 0x50;
-  q.write_protect_high_offset = 0x54;
-  q.write_protect_offset = 0x58;
-  q.indirect_read_control_offset = 0x60;
-  q.indirect_read_watermark_offset = 0x64;
-  q.indirect_read_start_offset = 0x68;
-  q.indirect_read_count_offset = 0x6C;
-  q.indirect_write_control_offset = 0x70;
-  q.indirect_write_watermark_offset = 0x74;
-  q.indirect_write_start_offset = 0x78;
-  q.indirect_write_count_offset = 0x7C;
-  q.command_control_offset = 0x90;
-  q.command_address_offset = 0x94;
-  q.command_read_data_offset[0] = 0xA0;
-  q.command_read_data_offset[1] = 0xA4;
-  q.command_write_data_offset[0] = 0xA8;
-  q.command_write_data_offset[1] = 0xAC;
-  q.module_id_offset = 0xFC;
-}
-
-void fill_gen1_qspi(PGMDEV_HPS_QSPI& q) {
-  fill_qspi_registers(q);
-  q.base = 0xFF705000;
-  q.data_base = 0xFFA00000;
-  q.data_size = 0x00100000;
-  q.chip_select_count = 4;
-  q.fifo_depth_words = 128;
-  q.sram_size_words = 128;
-}
-
-void fill_gen2_qspi(PGMDEV_HPS_QSPI& q) {
-  fill_qspi_registers(q);
-  q.base = 0xFF809000;
-  q.data_base = 0xFFA00000;
-  q.data_size = 0x00100000;
-  q.chip_select_count = 4;
-  q.fifo_depth_words = 256;
-  q.sram_size_words = 256;
-  q.module_id_offset = INVALID_DWORD;  // this generation has no module ID register
-}
-
-// Register offsets of the NAND controller, common to both generations.
-void fill_nand_registers(PGMDEV_HPS_NAND& n) {
-  n.device_reset_offset = 0x000;
-  n.transfer_spare_offset = 0x010;
-  n.load_wait_count_offset = 0x060;
-  n.program_wait_count_offset = 0x070;
-  n.erase_wait_count_offset = 0x080;
-  n.interrupt_monitor_count_offset = 0x090;
-  n.rb_pin_enabled_offset = 0x0A0;
-  n.multiplane_offset = 0x0B0;
-  n.multiplane_read_enable_offset = 0x0C0;
-  n.ecc_enable_offset = 0x0E0;
-  n.global_interrupt_enable_offset = 0x0F0;
-  n.two_row_address_cycles_offset = 0x120;
-  n.first_block_of_next_plane_offset = 0x150;
-  n.read_status_offset = 0x1A0;
-  n.ecc_correction_offset = 0x1B0;
-  n.device_main_area_size_offset = 0x260;
-  n.device_spare_area_size_offset = 0x270;
-  n.devices_connected_offset = 0x250;
-  n.pages_per_block_offset = 0x150;
-  n.device_width_offset = 0x1F0;
-  n.manufacturer_id_offset = 0x300;
-  n.device_id_offset = 0x310;
-  n.device_param_offset[0] = 0x320;
-  n.device_param_offset[1] = 0x330;
-  n.device_param_offset[2] = 0x340;
-  n.logical_page_data_size_offset = 0x350;
-  n.logical_page_spare_size_offset = 0x360;
-  n.revision_offset = 0x370;
-  n.onfi_device_features_offset = 0x380;
-  n.onfi_timing_mode_offset = 0x3A0;
-  n.onfi_device_page_count_offset[0] = 0x3C0;
-  n.onfi_device_page_count_offset[1] = 0x3D0;
-  for (DWORD bank = 0; bank < 4; ++bank) {
-    n.interrupt_status_offset[bank] = 0x410 + 0x50 * bank;
-    n.interrupt_enable_offset[bank] = 0x420 + 0x50 * bank;
-  }
-  n.dma_enable_offset = 0x700;
-  n.dma_enable_bit = 0;
-  n.reset_complete_bit = 13;
-  n.erase_complete_bit = 3;
-  n.program_complete_bit = 2;
-  n.map_command_shift = 26;
-  n.map_bank_shift = 24;
-  n.map_block_shift = 6;
-  n.map_page_shift = 0;
-}
-
-void fill_gen1_nand(PGMDEV_HPS_NAND& n) {
-  fill_nand_registers(n);
-  n.base = 0xFFB80000;
-  n.data_base = 0xFFB90000;
-  n.data_size = 0x00010000;
-  n.bank_count = 4;
-  n.ecc_sector_bytes = 512;
-  n.max_ecc_bits = 8;
-  n.spare_area_skip_bytes = 2;
-}
-
-void fill_gen2_nand(PGMDEV_HPS_NAND& n) {
-  fill_nand_registers(n);
-  n.base = 0xFFB80000;
-  n.data_base = 0xFFB90000;
-  n.data_size = 0x00010000;
-  n.bank_count = 1;
-  n.ecc_sector_bytes = 512;
-  n.max_ecc_bits = 24;
-  n.spare_area_skip_bytes = 2;
-  n.multiplane_read_enable_offset = INVALID_DWORD;
-  for (DWORD bank = 1; bank < 4; ++bank) {
-    n.interrupt_status_offset[bank] = INVALID_DWORD;
-    n.interrupt_enable_offset[bank] = INVALID_DWORD;
-  }
-}
-
-// Register offsets of the SD/MMC controller, common to both generations.
-void fill_sdmmc_registers(PGMDEV_HPS_SDMMC& m) {
-  m.fifo_offset = 0x200;
-  m.control_offset = 0x00;
-  m.power_enable_offset = 0x04;
-  m.clock_divider_offset = 0x08;
-  m.clock_source_offset = 0x0C;
-  m.clock_enable_offset = 0x10;
-  m.timeout_offset = 0x14;
-  m.card_type_offset = 0x18;
-  m.block_size_offset = 0x1C;
-  m.byte_count_offset = 0x20;
-  m.interrupt_mask_offset = 0x24;
-  m.command_argument_offset = 0x28;
-  m.command_offset = 0x2C;
-  for (DWORD i = 0; i < 4; ++i) m.response_offset[i] = 0x30 + 4 * i;
-  m.masked_interrupt_offset = 0x40;
-  m.raw_interrupt_offset = 0x44;
-  m.status_offset = 0x48;
-  m.fifo_threshold_offset = 0x4C;
-  m.card_detect_offset = 0x50;
-  m.write_protect_offset = 0x54;
-  m.card_detect_bit = 0;
-  m.write_protect_bit = 0;
-  m.bus_mode_offset = 0x80;
-  m.start_command_bit = 31;
-  m.use_hold_register_bit = 29;
-  m.card_reset_offset = 0x78;
-}
-
-void fill_gen1_sdmmc(PGMDEV_HPS_SDMMC& m) {
-  fill_sdmmc_registers(m);
-  m.base = 0xFF704000;
-  m.fifo_depth_words = 1024;
-  m.card_count = 1;
-}
-
-void fill_gen2_sdmmc(PGMDEV_HPS_SDMMC& m) {
-  fill_sdmmc_registers(m);
-  m.base = 0xFF808000;
-  m.fifo_depth_words = 1024;
-  m.card_count = 1;
-}
-
-void fill_gen1_watchdog(PGMDEV_HPS_WATCHDOG& w) {
-  w.count = 2;
-  w.base[0] = 0xFFD02000;
-  w.base[1] = 0xFFD03000;
-  w.control_offset = 0x00;
-  w.enable_bit = 0;
-  w.restart_offset = 0x0C;
-  w.restart_key = 0x76;
-  w.pause_on_debug_bit = 4;
-}
-
-void fill_gen2_watchdog(PGMDEV_HPS_WATCHDOG& w) {
-  w.count = 2;
-  w.base[0] = 0xFFD00200;
-  w.base[1] = 0xFFD00300;
-  w.control_offset = 0x00;
-  w.enable_bit = 0;
-  w.restart_offset = 0x0C;
-  w.restart_key = 0x76;
-}
-
-void fill_gen1_boot(PGMDEV_HPS_BOOT& b) {
-  b.header_offset = 0x40;
-  b.header_magic = 0x31305341;
-  b.header_size = 0x0C;
-  b.image_alignment = 0x10000;
-  b.image_max_size = 0x10000;
-  b.image_copies = 4;
-  b.qspi_image_offset = 0x00000000;
-  b.nand_image_offset = 0x00000000;
-  b.sdmmc_image_offset = 0x00000000;
-  b.load_address = 0xFFFF0000;
-  b.entry_offset = 0x50;
-  b.checksum_kind = 1;
-}
-
-void fill_gen2_boot(PGMDEV_HPS_BOOT& b) {
-  b.header_offset = 0x40;
-  b.header_magic = 0x31305341;
-  b.header_size = 0x10;
-  b.image_alignment = 0x40000;
-  b.image_max_size = 0x40000;
-  b.image_copies = 4;
-  b.qspi_image_offset = 0x00000000;
-  b.nand_image_offset = 0x00000000;
-  b.sdmmc_image_offset = 0x00000000;
-  b.load_address = 0xFFE00000;
-  b.entry_offset = 0x50;
-  b.checksum_kind = 2;
-}
-
-PGMDEV_HPS_STRUCTURE first_generation() {
-  PGMDEV_HPS_STRUCTURE row = absent_row();
-  row.dap_idcode = 0x4BA00477;
-  fill_gen1_debug(row.debug);
-  fill_gen1_memory(row.memory);
-  fill_gen1_clock(row.clock);
-  fill_gen1_reset(row.reset);
-  fill_gen1_system(row.system);
-  fill_gen1_qspi(row.qspi);
-  fill_gen1_nand(row.nand);
-  fill_gen1_sdmmc(row.sdmmc);
-  fill_gen1_watchdog(row.watchdog);
-  fill_gen1_boot(row.boot);
-  return row;
-}
-
-PGMDEV_HPS_STRUCTURE second_generation() {
-  PGMDEV_HPS_STRUCTURE row = absent_row();
-  row.dap_idcode = 0x4BA00478;
-  fill_gen2_debug(row.debug);
-  fill_gen2_memory(row.memory);
-  fill_gen2_clock(row.clock);
-  fill_gen2_reset(row.reset);
-  fill_gen2_system(row.system);
-  fill_gen2_qspi(row.qspi);
-  fill_gen2_nand(row.nand);
-  fill_gen2_sdmmc(row.sdmmc);
-  fill_gen2_watchdog(row.watchdog);
-  fill_gen2_boot(row.boot);
+  static_assert(sizeof(row) == sizeof(words), "an HPS description is its words");
+  std::memcpy(&row, words, sizeof(row));
   return row;
 }
 
 }  // namespace
 
 const PGMDEV_HPS_STRUCTURE* pgmdev::hps_table() {
-  static const PGMDEV_HPS_STRUCTURE table[HPS_TABLE_SIZE] = {first_generation(),
-                                                             second_generation()};
+  static const PGMDEV_HPS_STRUCTURE table[HPS_TABLE_SIZE] = {generation(&HPS_ITEM::first),
+                                                             generation(&HPS_ITEM::second)};
   return table;
 }
