@@ -253,3 +253,44 @@ TEST(FlashUserValueCodec, ArbitraryValuesNeverCrash) {
 }
 
 }  // namespace
+
+// The rule the manager, `pgmdev flash check` and the fuzz oracle share names the first field
+// it refuses, and says nothing of a record the dialogue's chip would load with.
+TEST(FlashUserRule, NamesTheFirstBrokenRule) {
+  PGMDEV_SFL_FLASH_INFO chip;
+  chip.memory_id = 0x18;
+  chip.memory_id_index = 2;
+  chip.memory_type = 0x40;
+  chip.memory_type_index = 1;
+  chip.mfc_id = 0xEF;
+  chip.mfc_id_index = 0;
+  chip.marlo_id = 32;
+  chip.die_count = 1;
+  chip.device_bit_size = 134217728;
+  chip.device_sector_byte = 65536;
+  chip.bulk_erase_time = 200;
+  chip.sec_erase_time = 3;
+  chip.program_utime = 3000;
+  chip.protection_division = 6;
+  EXPECT_EQ(PGMDEV_FLASH_MANAGER::broken_user_flash_rule(chip), nullptr);
+
+  const auto refusal = [&chip](auto change) {
+    PGMDEV_SFL_FLASH_INFO record = chip;
+    change(record);
+    const char* rule = PGMDEV_FLASH_MANAGER::broken_user_flash_rule(record);
+    return std::string(rule ? rule : "");
+  };
+  EXPECT_EQ(refusal([](auto& r) { r.sec_erase_time = 61; }), "sec_erase_time is 1 to 60");
+  EXPECT_EQ(refusal([](auto& r) { r.sec_erase_time = 60; }), "");
+  EXPECT_EQ(refusal([](auto& r) { r.memory_type_index = 2; }),
+            "memory_type_index is 255, or 0 to 2 and not memory_id_index");
+  EXPECT_EQ(refusal([](auto& r) { r.mfc_id_index = 1; }),
+            "mfc_id_index is 255, or 0 to 2 and at neither other index");
+  EXPECT_EQ(refusal([](auto& r) { r.memory_type_index = 0xFF, r.mfc_id_index = 1; }), "");
+  EXPECT_EQ(refusal([](auto& r) { r.marlo_id = 17; }),
+            "marlo_id is one of 16, 18, 20, 21, 22, 24, 25, 32");
+  EXPECT_EQ(refusal([](auto& r) { r.device_sector_byte = 1000; }),
+            "device_sector_byte is a non-zero multiple of 1024 (whole KB)");
+  // Two broken rules: the first in order is named.
+  EXPECT_EQ(refusal([](auto& r) { r.memory_id = 0, r.program_utime = 999; }), "memory_id is not 0");
+}

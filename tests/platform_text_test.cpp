@@ -1,5 +1,6 @@
 // Text helpers: splitting, trimming, case, conversions.
 #include <gtest/gtest.h>
+#include <strings.h>
 
 #include "pgm_common.h"
 #include "pgm_text.h"
@@ -37,6 +38,23 @@ TEST(PlatformText, CaseBlindCompare) {
   EXPECT_EQ(gen_stricmp(nullptr, ""), 0);
   EXPECT_NE(PGM_COMMON::compare_string("abc", "ABC", false), 0);
   EXPECT_EQ(PGM_COMMON::compare_string("abc", "ABC", true), 0);
+}
+
+// The platform's one compare agrees in sign with the C library's strcasecmp, also where
+// folding to upper case would not ('_' lies between the two cases), and compares views
+// that are not terminated.
+TEST(PlatformText, CaseBlindCompareMatchesTheCLibrary) {
+  const char* words[] = {"", "a", "A", "_", "[", "`", "{", "ab", "aB_", "AB", "Zq200", "zq2000"};
+  for (const char* a : words) {
+    for (const char* b : words) {
+      const int expected = strcasecmp(a, b);
+      const int got = gen_stricmp(a, b);
+      EXPECT_EQ((got > 0) - (got < 0), (expected > 0) - (expected < 0)) << a << " vs " << b;
+    }
+  }
+  const std::string text = "ANYTHING";
+  EXPECT_EQ(gen_stricmp(std::string_view(text).substr(0, 3), "any"), 0);
+  EXPECT_GT(gen_stricmp(std::string_view(text), "any"), 0);
 }
 
 TEST(PlatformText, ItoaAndSprintf) {
