@@ -38,6 +38,7 @@ PUBLIC = {
     "pgmdev_hps_table.h": "hps",
     "pgmdev_hps_mgr.h": "hps",
     "pgmdev_hps_names.h": "hps",
+    "pgmdev_sfdp.h": "flash",
     "pgmdev_mgr.h": "api",
     "pgmdev_catalog_names.h": "api",
     "pgmdev_encoded_messages.h": "api",
@@ -91,7 +92,7 @@ def check(root):
                 return None
             return f"{used}/ above or beside {layer}/"
         if target in public:
-            used = PUBLIC[target]
+            used = PUBLIC.get(target, "api")
             if used in allowed:
                 return None
             return f"the public header of {used} from {layer}/"
