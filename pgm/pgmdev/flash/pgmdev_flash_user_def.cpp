@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "flash/pgmdev_flash_columns.h"
+#include "flash/pgmdev_flash_user_rule.h"
 #include "pgm_cfg.h"
 #include "pgm_common.h"
 #include "pgm_text.h"
@@ -12,19 +13,19 @@
 const char* const PGMDEV_FLASH_MANAGER::USER_FLASH_KEY = "PGM_3RD_PARTY_FLASH_INI";
 const char* const PGMDEV_FLASH_MANAGER::USER_FLASH_DEBUG_KEY = "PGM_3RD_PARTY_FLASH_INI_DEBUG";
 
-namespace {
-
-using RECORD = PGMDEV_SFL_FLASH_INFO;
-
-bool is_position(BYTE index) { return index <= 2; }
-
-// The configuration device type codes a user definition may carry.
-bool is_known_marlo_id(BYTE id) {
+bool pgmdev::is_known_marlo_id(BYTE id) {
   for (const BYTE known : {16, 18, 20, 21, 22, 24, 25, 32}) {
     if (id == known) return true;
   }
   return false;
 }
+
+namespace {
+
+using namespace pgmdev;
+using RECORD = PGMDEV_SFL_FLASH_INFO;
+
+bool is_position(BYTE index) { return index <= 2; }
 
 // The ranges and relations a definition must satisfy before it may drive a chip, each with
 // the sentence that names it.
@@ -56,13 +57,22 @@ constexpr USER_FLASH_RULE USER_FLASH_RULES[] = {
     {"device_sector_byte is a non-zero multiple of 1024 (whole KB)",
      [](const RECORD& r) { return r.device_sector_byte != 0 && r.device_sector_byte % 1024 == 0; }},
     {"bulk_erase_time is 1 to 900",
-     [](const RECORD& r) { return r.bulk_erase_time >= 1 && r.bulk_erase_time <= 900; }},
+     [](const RECORD& r) {
+       return r.bulk_erase_time >= 1 && r.bulk_erase_time <= USER_FLASH_BULK_ERASE_MAX_S;
+     }},
     {"sec_erase_time is 1 to 60",
-     [](const RECORD& r) { return r.sec_erase_time >= 1 && r.sec_erase_time <= 60; }},
+     [](const RECORD& r) {
+       return r.sec_erase_time >= 1 && r.sec_erase_time <= USER_FLASH_SECTOR_ERASE_MAX_S;
+     }},
     {"program_utime is 1000 to 1000000",
-     [](const RECORD& r) { return r.program_utime >= 1000 && r.program_utime <= 1000000; }},
+     [](const RECORD& r) {
+       return r.program_utime >= USER_FLASH_PROGRAM_MIN_US &&
+              r.program_utime <= USER_FLASH_PROGRAM_MAX_US;
+     }},
     {"protection_division is at most 31, or 255",
-     [](const RECORD& r) { return r.protection_division <= 31 || r.protection_division == 0xFF; }},
+     [](const RECORD& r) {
+       return r.protection_division <= USER_FLASH_DIVISION_MAX || r.protection_division == 0xFF;
+     }},
 };
 
 }  // namespace

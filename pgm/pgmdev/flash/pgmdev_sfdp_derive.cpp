@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "flash/pgmdev_flash_user_rule.h"
 #include "pgmdev_sfdp.h"
 
 namespace {
@@ -11,8 +12,10 @@ constexpr QWORD MBIT = 1048576;
 constexpr QWORD KB = 1024;
 constexpr QWORD RECORD_MAX_BITS = 0xFFFFFFFF;
 // A definition's ranges for the three times.
-constexpr QWORD SECTOR_ERASE_MAX_S = 60, BULK_ERASE_MAX_S = 900;
-constexpr QWORD PROGRAM_MIN_US = 1000, PROGRAM_MAX_US = 1000000;
+constexpr QWORD SECTOR_ERASE_MAX_S = pgmdev::USER_FLASH_SECTOR_ERASE_MAX_S;
+constexpr QWORD BULK_ERASE_MAX_S = pgmdev::USER_FLASH_BULK_ERASE_MAX_S;
+constexpr QWORD PROGRAM_MIN_US = pgmdev::USER_FLASH_PROGRAM_MIN_US;
+constexpr QWORD PROGRAM_MAX_US = pgmdev::USER_FLASH_PROGRAM_MAX_US;
 // Times for tables that declare none: above the largest maximum any table of the test
 // dumps declares for 64 KB, for the whole chip per Mbit and for one page.
 constexpr QWORD DEFAULT_SECTOR_ERASE_S_PER_64KB = 8;

@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "flash/pgmdev_flash_columns.h"
+#include "flash/pgmdev_flash_user_rule.h"
 #include "pgmdev_sfdp.h"
 
 namespace {
@@ -19,13 +20,6 @@ void check_text(const char* column, const std::string& text) {
     throw PGMDEV_SFDP_ERROR(std::string(column) + " '" + text +
                             "' must be 1 to 19 characters without @, # or ;");
   }
-}
-
-bool is_marlo_id(BYTE id) {
-  for (const BYTE known : {16, 18, 20, 21, 22, 24, 25, 32}) {
-    if (id == known) return true;
-  }
-  return false;
 }
 
 }  // namespace
@@ -50,7 +44,7 @@ void PGMDEV_SFDP_DEFINITION::set_answers(const PGMDEV_SFDP_CHOICES& c) {
   take("die_count", r.die_count, c.die_count, BYTE(1), "one die");
   if (r.die_count < 1 || r.die_count > 2) throw PGMDEV_SFDP_ERROR("die_count must be 1 or 2");
   take("marlo_id", r.marlo_id, c.marlo_id, BYTE(32), "the code of a commodity flash");
-  if (!is_marlo_id(r.marlo_id)) {
+  if (!pgmdev::is_known_marlo_id(r.marlo_id)) {
     throw PGMDEV_SFDP_ERROR("marlo_id must be one of 16, 18, 20, 21, 22, 24, 25, 32");
   }
   const char* no_protection = "no protection handling";
@@ -59,7 +53,7 @@ void PGMDEV_SFDP_DEFINITION::set_answers(const PGMDEV_SFDP_CHOICES& c) {
   take("unprotect_value", r.unprotect_value, c.unprotect_value, BYTE(0), no_protection);
   take("protection_division", r.protection_division, c.protection_division, BYTE(0xFF),
        no_protection);
-  if (r.protection_division > 31 && r.protection_division != 0xFF) {
+  if (r.protection_division > pgmdev::USER_FLASH_DIVISION_MAX && r.protection_division != 0xFF) {
     throw PGMDEV_SFDP_ERROR("protection_division must be at most 31, or 255 for none");
   }
   take("bottom_value", r.bottom_value, c.bottom_value, BYTE(0), no_protection);
