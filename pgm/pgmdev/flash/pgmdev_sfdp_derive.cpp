@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "flash/pgmdev_flash_columns.h"
 #include "flash/pgmdev_flash_user_rule.h"
 #include "pgmdev_sfdp.h"
 
@@ -166,22 +167,10 @@ PGMDEV_SFDP_DEFINITION::PGMDEV_SFDP_DEFINITION(const PGMDEV_SFDP& sfdp, const st
         "start protected; say whether it does (startup_protected)");
   }
   // Keep the sources in column order, whatever order the rules ran in.
-  static const char* const ORDER[] = {
-      "manufacturer_name", "device_name",      "silicon_id",
-      "memory_id",         "memory_id_index",  "memory_type",
-      "memory_type_index", "mfc_id",           "mfc_id_index",
-      "marlo_id",          "default_dev",      "ini",
-      "extended_mode",     "micron_flow",      "spansion_flow",
-      "startup_protected", "aai_mode",         "flag_status",
-      "die_count",         "device_bit_size",  "device_sector_byte",
-      "half_size",         "byte4_addressing", "bulk_erase_time",
-      "sec_erase_time",    "program_utime",    "protection_mask",
-      "protection_value",  "unprotect_value",  "protection_division",
-      "bottom_value",      "sdm_support",      "asc_voltage"};
   std::vector<std::pair<std::string, std::string>> ordered;
-  for (const char* column : ORDER) {
+  for (const pgmdev::FLASH_COLUMN& column : pgmdev::flash_columns()) {
     for (const auto& entry : m_sources) {
-      if (entry.first == column) ordered.push_back(entry);
+      if (entry.first == column.name) ordered.push_back(entry);
     }
   }
   m_sources.swap(ordered);
