@@ -16,12 +16,12 @@
 
 // A dump that cannot be read, or a definition that cannot be derived; what() names what is
 // wrong and where.
-class PGMDEV_SFDP_ERROR : public std::runtime_error {
+class PGMDEV_API PGMDEV_SFDP_ERROR : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-struct PGMDEV_SFDP_PARAMETER_HEADER {
+struct PGMDEV_API PGMDEV_SFDP_PARAMETER_HEADER {
   WORD id = 0;  // most significant byte first: 0xFF00 basic table, 0xFF81 sector map, ...
   BYTE major = 0;
   BYTE minor = 0;
@@ -31,7 +31,7 @@ struct PGMDEV_SFDP_PARAMETER_HEADER {
 };
 
 // One of the basic table's four erase types.
-struct PGMDEV_SFDP_ERASE_TYPE {
+struct PGMDEV_API PGMDEV_SFDP_ERASE_TYPE {
   DWORD size = 0;  // bytes; 0: not present
   BYTE opcode = 0;
   BYTE opcode_4byte = 0;  // from the 4-byte address instruction table; 0: none
@@ -40,19 +40,19 @@ struct PGMDEV_SFDP_ERASE_TYPE {
 };
 
 // A run of the array with the erase types it supports (bit k: erase type k + 1).
-struct PGMDEV_SFDP_REGION {
+struct PGMDEV_API PGMDEV_SFDP_REGION {
   QWORD size = 0;
   BYTE erase_types = 0;
 };
 
-struct PGMDEV_SFDP_SECTOR_MAP {
+struct PGMDEV_API PGMDEV_SFDP_SECTOR_MAP {
   BYTE configuration = 0;
   std::vector<PGMDEV_SFDP_REGION> regions;
 };
 
 // The tables of one SFDP area, read from its bytes. Every pointer and length is checked
 // against the buffer; tables that overlap are read as they stand.
-class PGMDEV_SFDP {
+class PGMDEV_API PGMDEV_SFDP {
  public:
   static constexpr size_t MAX_SIZE = 1 << 24;  // the area is addressed with 24 bits
 
@@ -121,7 +121,7 @@ class PGMDEV_SFDP {
 };
 
 // Answers to what the tables cannot tell; an empty answer takes the safe default.
-struct PGMDEV_SFDP_CHOICES {
+struct PGMDEV_API PGMDEV_SFDP_CHOICES {
   std::optional<std::string> device_name;
   std::optional<std::string> asc_voltage;
   std::optional<BYTE> die_count;
@@ -142,7 +142,7 @@ struct PGMDEV_SFDP_CHOICES {
 
 // A flash record derived from a chip's tables and its identifier bytes, with where each
 // column came from and what a maintainer must look at.
-class PGMDEV_SFDP_DEFINITION {
+class PGMDEV_API PGMDEV_SFDP_DEFINITION {
  public:
   // `id`: the three identifier bytes in the order the chip sends them (manufacturer first).
   // Throws PGMDEV_SFDP_ERROR when no record can be made (bad identifier, a size or sector
@@ -183,7 +183,7 @@ class PGMDEV_SFDP_DEFINITION {
 };
 
 // One disagreement between a flash record and a chip's own tables, or the table's rules.
-struct PGMDEV_SFDP_FINDING {
+struct PGMDEV_API PGMDEV_SFDP_FINDING {
   std::string record;  // device_name
   std::string dump;    // the dump's name; empty for a rule of the table itself
   std::string text;
@@ -193,7 +193,7 @@ struct PGMDEV_SFDP_FINDING {
 // each time at least the chip's declared maximum; and against the table's own rules (odd
 // parity of the maker byte, the capacity byte, no record hidden behind an earlier one with
 // the same identifier, one default per name).
-class PGMDEV_SFDP_AUDIT {
+class PGMDEV_API PGMDEV_SFDP_AUDIT {
  public:
   // `id`: the dump's three identifier bytes in arrival order.
   void add_dump(const std::string& name, const std::vector<BYTE>& id, const PGMDEV_SFDP& sfdp);
