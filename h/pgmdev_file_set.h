@@ -10,7 +10,7 @@
 // Each new file is written and flushed beside its target first; only when every one is
 // ready are they renamed into place. A target may be a regular file, a symbolic link to one
 // (written through) or missing; anything else, or a read-only target, is refused untouched.
-class PGMDEV_FILE_SET {
+class PGMDEV_API PGMDEV_FILE_SET {
  public:
   PGMDEV_FILE_SET();
   ~PGMDEV_FILE_SET();

@@ -25,6 +25,7 @@ BELOW = {
 
 # The layer each public header serves ("api" sits above every subsystem).
 PUBLIC = {
+    "pgmdev_file_set.h": "base",
     "pgmdev_manager_type.h": "codec",
     "pgmdev_ddb_mgr.h": "naming",
     "pgmdev_mgr_naming.h": "naming",
