@@ -9,6 +9,7 @@
 #include "flash_record.h"
 #include "flash_sfdp.h"
 #include "output.h"
+#include "pgm_text.h"
 #include "pgmdev_sfdp.h"
 
 namespace pgmdev::cli {
@@ -212,8 +213,7 @@ class ASK {
     const size_t first = answer.find_first_not_of(" \t\r");
     if (first == std::string::npos) return "";
     answer = answer.substr(first, answer.find_last_not_of(" \t\r") - first + 1);
-    for (char& c : answer) c = char(std::toupper(static_cast<unsigned char>(c)));
-    return answer;
+    return stl_toupper(answer);
   }
 
   bool yes_no(const char* prompt) {

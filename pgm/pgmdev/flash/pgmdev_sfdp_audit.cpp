@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <map>
 
+#include "pgm_text.h"
 #include "pgmdev_sfdp.h"
 
 namespace {
@@ -27,10 +28,7 @@ std::vector<BYTE> identifier_of(const PGMDEV_SFL_FLASH_INFO& r) {
 
 QWORD seconds(QWORD ms) { return (ms + 999) / 1000; }
 
-std::string upper(std::string text) {
-  for (char& c : text) c = char(std::toupper(static_cast<unsigned char>(c)));
-  return text;
-}
+std::string upper(std::string text) { return stl_toupper(text); }
 
 }  // namespace
 
