@@ -4,6 +4,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <mutex>
 
 #include "pgm_cfg.h"
@@ -12,6 +13,11 @@
 namespace {
 
 std::mutex g_hook_mutex;
+thread_local std::vector<std::pair<std::string, std::string>> t_context;
+// The context where the last exception started unwinding; t_captured is set by the
+// innermost scope it closes, so the outer ones keep the deepest view.
+thread_local std::vector<std::pair<std::string, std::string>> t_unwound;
+thread_local bool t_captured = false;
 MSG_INTERNAL_ERROR::HOOK g_error_hook;
 MSG_DEBUG_HOOK g_debug_hook;
 
@@ -38,6 +44,7 @@ MSG_INTERNAL_ERROR_INFO make_info(const std::string& condition, const std::strin
   info.source_file = source_file;
   info.line = line;
   info.fatal = fatal;
+  info.context = t_context;
   return info;
 }
 
@@ -51,6 +58,31 @@ DWORD configured_debug_level() {
 }
 
 }  // namespace
+
+MSG_CONTEXT::MSG_CONTEXT(const std::string& name, const std::string& value)
+    : m_depth(t_context.size()), m_exceptions(std::uncaught_exceptions()) {
+  t_context.emplace_back(name, value);
+  t_captured = false;
+}
+
+// Scopes close in reverse order of opening, so this one is the last at its depth.
+MSG_CONTEXT::~MSG_CONTEXT() {
+  if (std::uncaught_exceptions() > m_exceptions && !t_captured) {
+    t_unwound = t_context;
+    t_captured = true;
+  }
+  t_context.resize(m_depth);
+}
+
+void MSG_CONTEXT::set(const std::string& value) {
+  if (m_depth < t_context.size()) t_context[m_depth].second = value;
+}
+
+std::vector<std::pair<std::string, std::string>> MSG_CONTEXT::current() { return t_context; }
+
+std::vector<std::pair<std::string, std::string>> MSG_CONTEXT::unwound() {
+  return t_captured ? t_unwound : std::vector<std::pair<std::string, std::string>>();
+}
 
 MSG_INTERNAL_ERROR_EXCEPTION::MSG_INTERNAL_ERROR_EXCEPTION(const MSG_INTERNAL_ERROR_INFO& info)
     : std::logic_error(info.condition), m_info(info) {}

@@ -1,6 +1,7 @@
-// End-to-end tests of `pgmdev flash` over the shipped flash database: listing,
-// identification along a chain, the definition dialogue through standard input, and the
-// check of the value it prints, loaded through the configuration as a site would.
+// End-to-end tests of `pgmdev flash` over the shipped flash database: listing and its
+// filters, identification along a chain, the definition dialogue through standard input
+// (asked again after a refusal), and the check of the value it prints, loaded through the
+// configuration as a site would.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -17,20 +18,73 @@ const char* const ONE_CHIP =
     "1\nAcme\nAC25Q128\nEF\n2\n40\n1\n1\n0\nY\nN\nN\nN\nN\nN\n1\n128\n64\n200\n3\n3000\n"
     "1C\n1C\n0\n-1\n-1\nN\n3.3V\n";
 
+// The value is the only line of standard output.
 std::string define_value(const std::string& answers) {
   const auto result = run_cli({"flash", "define"}, answers);
-  const size_t at = result.out.find("INI : ");
-  if (result.exit_code != 0 || at == std::string::npos) return "";
-  return result.out.substr(at + 6, result.out.find('\n', at) - at - 6);
+  if (result.exit_code != 0 || result.out.empty()) return "";
+  EXPECT_EQ(result.out.find('\n'), result.out.size() - 1) << result.out;
+  return result.out.substr(0, result.out.size() - 1);
 }
 
-TEST(CliFlash, ListGivesEveryColumn) {
-  const auto result = run_cli({"flash", "list", "--json"});
+bool ends_with(const std::string& text, const std::string& end) {
+  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+std::string last_line(const std::string& text) {
+  const size_t end = text.find_last_not_of('\n');
+  if (end == std::string::npos) return "";
+  return text.substr(text.rfind('\n', end) + 1, end - text.rfind('\n', end));
+}
+
+TEST(CliFlash, ListGivesEveryColumnNumberedFromOne) {
+  auto result = run_cli({"flash", "list", "--json"});
   ASSERT_EQ(result.exit_code, 0) << result.err;
   const json records = json::parse(result.out);
   ASSERT_GT(records.size(), 50u);
-  EXPECT_EQ(records[0].size(), 34u);  // the index and the 33 columns
-  EXPECT_EQ(records[0]["index"], 0);
+  EXPECT_EQ(records[0].size(), 36u);  // the number, the 33 columns, the ID and the gate
+  EXPECT_EQ(records[0]["number"], 1);
+
+  // The table shows its headers in the JSON document's order, under the same names.
+  result = run_cli({"flash", "list"});
+  const std::string header = result.out.substr(0, result.out.find('\n'));
+  size_t at = 0;
+  for (const char* name : {"number", "manufacturer_name", "device_name", "silicon_id", "ini",
+                           "device_bit_size", "id", "gate"}) {
+    const size_t next = header.find(name, at);
+    ASSERT_NE(next, std::string::npos) << name << " in " << header;
+    at = next;
+  }
+}
+
+TEST(CliFlash, ListFiltersByManufacturerAndSize) {
+  auto result = run_cli({"flash", "list", "--manufacturer", "winbond", "--json"});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  json records = json::parse(result.out);
+  ASSERT_FALSE(records.empty());
+  for (const json& r : records) EXPECT_EQ(r["manufacturer_name"], "Winbond");
+
+  result = run_cli({"flash", "list", "--size", "128", "--manufacturer", "", "--json"});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  records = json::parse(result.out);
+  ASSERT_FALSE(records.empty());
+  for (const json& r : records) EXPECT_EQ(r["device_bit_size"], 128u << 20);
+
+  result = run_cli({"flash", "list", "--manufacturer", "Winbnd"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err.substr(0, result.err.find('\n')),
+            "pgmdev: no flash manufacturer is called 'Winbnd'; did you mean Winbond?");
+
+  // A gated record shows the switch that turns it on.
+  result = run_cli({"flash", "list", "--json"}, "",
+                   {{"PGM_ALLOW_UNVERIFIED", "1"}, {"PGM_ALLOW_DIE_SELECT", "1"}});
+  size_t gated = 0;
+  for (const json& r : json::parse(result.out)) {
+    if (r["ini"] != "NONE") {
+      EXPECT_EQ(r["gate"], "PGM_ALLOW_" + r["ini"].get<std::string>());
+      ++gated;
+    }
+  }
+  EXPECT_GT(gated, 0u);
 }
 
 TEST(CliFlash, IdentifiesEachSlotOfAChain) {
@@ -41,13 +95,14 @@ TEST(CliFlash, IdentifiesEachSlotOfAChain) {
   result = run_cli({"flash", "identify", "--device-id", "EF4018", "--json"});
   json answer = json::parse(result.out);
   ASSERT_EQ(answer.size(), 1u);
+  EXPECT_EQ(answer[0]["slot"], 1);
   EXPECT_EQ(answer[0]["record"]["manufacturer_name"], "Winbond");
   EXPECT_EQ(answer[0]["record"].size(), 33u);
 
   // An unknown chip: the table still shows every slot, the exit code says it failed.
   result = run_cli({"flash", "identify", "--device-id", "EF4018", "--silicon-id", "14"});
   EXPECT_EQ(result.exit_code, 1);
-  EXPECT_NE(result.out.find("no match"), std::string::npos);
+  EXPECT_NE(result.out.find("no"), std::string::npos);
   EXPECT_EQ(result.err, "pgmdev: no flash record answers 14\n");
 
   for (const char* bad : {"EF40181", "XYZ", "EF401822", ""}) {
@@ -72,7 +127,7 @@ TEST(CliFlash, DialogueValueLoadsThroughTheConfiguration) {
   result = run_cli({"flash", "identify", "--device-id", "0140EF", "--json"}, "",
                    {{"PGM_3RD_PARTY_FLASH_INI", value}});
   ASSERT_EQ(result.exit_code, 0) << result.err;
-  EXPECT_EQ(json::parse(result.out)[0]["index"], 0);
+  EXPECT_EQ(json::parse(result.out)[0]["number"], 1);
 
   // Sealed for another version: decoded and shown, but refused, with the reason.
   result = run_cli({"flash", "check", value}, "", {{"PGMDEV_VERSION", "9.9"}});
@@ -81,30 +136,77 @@ TEST(CliFlash, DialogueValueLoadsThroughTheConfiguration) {
   EXPECT_NE(result.err.find("seal does not match"), std::string::npos) << result.err;
 }
 
-TEST(CliFlash, RefusedDialogueAndValues) {
-  auto result = run_cli({"flash", "define"}, "4\n");
-  EXPECT_EQ(result.exit_code, 1);
-  EXPECT_EQ(result.err, "pgmdev: no configuration value was produced\n");
-
-  // Memory ID FF is out of range: the dialogue says so and stops.
+TEST(CliFlash, DialogueAsksAgainWithTheReason) {
+  // Memory ID FF (out of range), a name with '@', a 20-character name, a divisor of 20 and
+  // a clashing ID position, each followed by an accepted answer.
   std::string answers = ONE_CHIP;
-  answers.replace(answers.find("EF\n"), 3, "FF\n");
-  result = run_cli({"flash", "define"}, answers);
-  EXPECT_EQ(result.exit_code, 1);
-  EXPECT_NE(result.out.find("Invalid input"), std::string::npos);
+  answers.replace(answers.find("Acme\n"), 5, "Ac@me\nAcme\n");
+  answers.replace(answers.find("AC25Q128\n"), 9, "ABCDEFGHIJKLMNOPQRST\nAC25Q128\n");
+  answers.replace(answers.find("EF\n"), 3, "FF\nEF\n");
+  answers.replace(answers.find("40\n1\n"), 5, "40\n2\n1\n");
+  answers.replace(answers.find("-1\n-1\n"), 6, "20\n-1\n-1\n");
+  const auto result = run_cli({"flash", "define"}, answers);
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  for (const char* reason :
+       {"refused: '@', '#' and ';' separate the fields of the value",
+        "refused: the answer has 20 characters, at most 19 fit; it takes 1 to 19 characters",
+        "refused: 'FF' is out of range; it takes hexadecimal 1 to FE. Try again.",
+        "refused: another ID already sits at position 2",
+        "refused: the loader takes at most 1F here"}) {
+    EXPECT_NE(result.err.find(reason), std::string::npos) << reason << "\n" << result.err;
+  }
+  EXPECT_NE(result.err.find("Names and the\nvoltage take 1 to 19 characters"), std::string::npos);
+  EXPECT_TRUE(ends_with(result.err,
+                        "The value holds 1 chip: ACME AC25Q128; only the first, ACME AC25Q128, "
+                        "is loaded as the user flash.\n"))
+      << result.err;
+  EXPECT_EQ(run_cli({"flash", "check", result.out.substr(0, result.out.size() - 1)}).exit_code, 0);
+}
+
+TEST(CliFlash, DialogueOfTwoChipsSaysWhichLoads) {
+  std::string two = ONE_CHIP;
+  two.replace(0, 2, "2\n");
+  two += std::string(ONE_CHIP).substr(2);
+  two.replace(two.rfind("AC25Q128"), 8, "AC25Q256");
+  const auto result = run_cli({"flash", "define", "--json"}, two);
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  const json document = json::parse(result.out);
+  ASSERT_EQ(document["chips"].size(), 2u);
+  EXPECT_EQ(document["chips"][1]["device_name"], "AC25Q256");
+  EXPECT_EQ(document["loaded_chip"], 1);
+  EXPECT_TRUE(ends_with(result.err,
+                        "The value holds 2 chips: ACME AC25Q128, ACME AC25Q256; only the first, "
+                        "ACME AC25Q128, is loaded as the user flash.\n"))
+      << result.err;
+  // The loaded record is the first chip.
+  const auto check = run_cli({"flash", "check", document["value"].get<std::string>(), "--json"});
+  EXPECT_EQ(json::parse(check.out)["record"]["device_name"], "AC25Q128");
+}
+
+TEST(CliFlash, RefusedDialogueAndValues) {
+  // Input that ends: nothing on standard output, one closing line.
+  for (const std::string answers : {"", "1\nAcme\n", "4\n"}) {
+    const auto result = run_cli({"flash", "define"}, answers);
+    EXPECT_EQ(result.exit_code, 1) << answers;
+    EXPECT_EQ(result.out, "") << answers;
+    EXPECT_EQ(last_line(result.err), "pgmdev: input ended; nothing was defined") << answers;
+  }
+  auto result = run_cli({"flash", "define"}, "4\n");
+  EXPECT_NE(result.err.find("refused: '4' is not a number of chips; it takes 1, 2 or 3"),
+            std::string::npos)
+      << result.err;
 
   result = run_cli({"flash", "check", "not a value"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.err.find("does not decode"), std::string::npos) << result.err;
 
-  // A protection divisor of 0x20 is accepted by the dialogue and refused by the loader.
-  answers = ONE_CHIP;
-  answers.replace(answers.find("-1\n-1\n"), 6, "20\n-1\n");
-  const std::string value = define_value(answers);
+  // Characters after a complete value are refused, not ignored.
+  const std::string value = define_value(ONE_CHIP);
   ASSERT_FALSE(value.empty());
-  result = run_cli({"flash", "check", value});
+  result = run_cli({"flash", "check", value + "AB"});
   EXPECT_EQ(result.exit_code, 1);
-  EXPECT_NE(result.err.find("protection_division"), std::string::npos) << result.err;
+  EXPECT_EQ(result.err, "pgmdev: the definition would not load: the value is complete after " +
+                            std::to_string(value.size()) + " characters and 'AB' follows it\n");
 }
 
 }  // namespace

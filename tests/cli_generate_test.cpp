@@ -37,6 +37,11 @@ TEST_F(CliGenerate, AllRebuildsTheShippedTreeByteForByte) {
        {"programmer/pgm_dev_info.pcf", "programmer/pgm_flash.pcf", "h/pgm_parts.txt"}) {
     EXPECT_EQ(read_whole_file(m_dir / file), read_whole_file(SHARE / file)) << file;
   }
+  // --json names every file written.
+  const auto json_result = run_cli(
+      {"generate", "all", "--data", (SOURCE / "data").string(), "--out", m_dir.string(), "--json"});
+  ASSERT_EQ(json_result.exit_code, 0) << json_result.err;
+  EXPECT_EQ(json::parse(json_result.out)["written"].size(), 3u);
   // Families without a row are reported, and generation goes on.
   EXPECT_NE(result.err.find("notice: Missing family"), std::string::npos);
 }
@@ -48,20 +53,24 @@ TEST_F(CliGenerate, SingleGeneratorsAndTheirRefusals) {
   ASSERT_EQ(result.exit_code, 0) << result.err;
   EXPECT_EQ(read_whole_file(out), read_whole_file(SHARE / "programmer/pgm_flash.pcf"));
 
-  // A table cut to its first columns: an internal error with its condition and module, the
-  // output named as not replaced, and no file written.
+  // A table cut to its first columns: bad input, named by its table and row, with the
+  // condition and module in parentheses; then the output named as not replaced, and no
+  // file written.
   std::ifstream in(SOURCE / "data/pgm_dev_info.csv");
   std::ofstream bad(m_dir / "bad.csv");
   for (std::string line; std::getline(in, line);) bad << line.substr(0, 100) << '\n';
   bad.close();
   result = run_cli(
       {"generate", "device-info", (m_dir / "bad.csv").string(), (m_dir / "out.pcf").string()});
-  EXPECT_EQ(result.exit_code, 3);
-  EXPECT_NE(result.err.find("\npgmdev: internal error in pgm/pgmdev/pgmdev_dev_info_manager"),
-            std::string::npos)
-      << result.err;
-  EXPECT_EQ(result.err.rfind("pgmdev: " + (m_dir / "out.pcf").string() + " was not replaced\n", 0),
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err.rfind("pgmdev: the source table " + (m_dir / "bad.csv").string() +
+                                 " has a bad value at row 1",
+                             0),
             0u)
+      << result.err;
+  EXPECT_NE(result.err.find("; pgm/pgmdev/pgmdev_dev_info_manager line "), std::string::npos);
+  EXPECT_NE(result.err.find("\npgmdev: " + (m_dir / "out.pcf").string() + " was not replaced\n"),
+            std::string::npos)
       << result.err;
   EXPECT_FALSE(fs::exists(m_dir / "out.pcf"));
 
@@ -94,9 +103,8 @@ TEST_F(CliGenerate, DumpShowsRecordsAndTables) {
   const std::string whole = read_whole_file(SHARE / "programmer/pgm_dev_info.pcf");
   std::ofstream(m_dir / "cut.pcf", std::ios::binary) << whole.substr(0, 500);
   result = run_cli({"dump", (m_dir / "cut.pcf").string()});
-  EXPECT_EQ(result.exit_code, 3);
-  EXPECT_NE(result.err.find("internal error in pgm/pgmdev/pgmdev_dev_info_manager"),
-            std::string::npos);
+  EXPECT_EQ(result.exit_code, 4);
+  EXPECT_NE(result.err.find("; pgm/pgmdev/pgmdev_dev_info_manager line "), std::string::npos);
 
   result = run_cli({"dump", (SOURCE / "CMakeLists.txt").string()});
   EXPECT_EQ(result.exit_code, 1);

@@ -1,5 +1,6 @@
 // End-to-end test of `pgmdev hps`: the add / list / remove cycle of user definitions in a
-// module directory of its own, with the answers given through standard input.
+// module directory of its own, with the answers given through standard input and the
+// questions on standard error; filters, KIND in any case, and refused numbers and folders.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -45,20 +46,35 @@ TEST_F(CliHps, AddListRemoveCycle) {
 
   auto result = run_cli({"hps", "add", "spi"}, SPI_ANSWERS, m_env);
   ASSERT_EQ(result.exit_code, 0) << result.err;
-  EXPECT_NE(result.out.find("Invalid input: Input is invalid (hit)"), std::string::npos);
-  EXPECT_NE(result.out.find("Invalid input: Input must be power of 2"), std::string::npos);
-  ASSERT_EQ(run_cli({"hps", "add", "nand"}, "2C\n68\n4096\n", m_env).exit_code, 0);
+  EXPECT_NE(result.err.find("Invalid input: Input is invalid (hit)"), std::string::npos);
+  EXPECT_NE(result.err.find("Invalid input: Input must be power of 2"), std::string::npos);
+  EXPECT_EQ(result.out.rfind("Added to the ", 0), 0u) << result.out;
+  result = run_cli({"hps", "add", "NAND", "--json"}, "2C\n68\n4096\n", m_env);
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(json::parse(result.out)["record"]["manufacturer_id"], 0x2C);
   ASSERT_EQ(run_cli({"hps", "add", "nand"}, "98\nDC\n512\n", m_env).exit_code, 0);
 
   json spi = list("spi");
   ASSERT_EQ(spi.size(), 28u);
-  EXPECT_TRUE(spi[0]["user"].get<bool>());
+  EXPECT_EQ(spi[0]["number"], 1);
+  EXPECT_EQ(spi[0]["source"], "user");
   EXPECT_EQ(spi[0]["name"], "AQ_128");
   EXPECT_EQ(spi[0]["siid"], 0x1C2030);
   EXPECT_EQ(spi[0]["flash_bit_size"], 128ull << 20);  // Mbit stored as bits
   EXPECT_EQ(spi[0]["sector_byte_size"], 64u << 10);   // Kbyte stored as bytes
   EXPECT_TRUE(spi[0]["speed_mode"].get<bool>());
-  EXPECT_FALSE(spi[1]["user"].get<bool>());
+  EXPECT_EQ(spi[1]["source"], "built-in");
+
+  // Filters: maker by name (case ignored) or NAND ID in hex with or without 0x; size in the
+  // unit the dialogue asks for.
+  result = run_cli({"hps", "list", "Spi", "--manufacturer", "acme", "--size", "128", "--json"}, "",
+                   m_env);
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(json::parse(result.out).size(), 1u);
+  for (const char* id : {"0x98", "98"}) {
+    result = run_cli({"hps", "list", "nand", "--manufacturer", id, "--json"}, "", m_env);
+    for (const json& record : json::parse(result.out)) EXPECT_EQ(record["manufacturer_id"], 0x98);
+  }
 
   json nand = list("nand");
   ASSERT_EQ(nand.size(), 12u);
@@ -66,7 +82,9 @@ TEST_F(CliHps, AddListRemoveCycle) {
   EXPECT_EQ(nand[1]["flash_byte_size"], 512ull << 20);
 
   // Removing the first NAND definition keeps the second, now first.
-  ASSERT_EQ(run_cli({"hps", "remove", "nand", "1"}, "", m_env).exit_code, 0);
+  result = run_cli({"hps", "remove", "nand", "1", "--json"}, "", m_env);
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(json::parse(result.out)["left"], 1);
   nand = list("nand");
   ASSERT_EQ(nand.size(), 11u);
   EXPECT_EQ(nand[0]["manufacturer_id"], 0x98);
@@ -86,7 +104,23 @@ TEST_F(CliHps, UnfinishedDialogueWritesNothing) {
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.err.find("nothing was written"), std::string::npos);
   EXPECT_FALSE(fs::exists(m_dir / "pgm_flash.ini"));
-  EXPECT_NE(run_cli({"hps", "list", "usb"}, "", m_env).exit_code, 0);
+  EXPECT_EQ(run_cli({"hps", "list", "usb"}, "", m_env).exit_code, 2);
+}
+
+TEST_F(CliHps, RefusedNumbersAndFolders) {
+  auto result = run_cli({"hps", "remove", "spi", "-1"}, "", m_env);
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "pgmdev: user definitions are numbered from 1; -1 is negative\n");
+
+  // A folder that cannot be written is found before any question is asked.
+  const fs::path missing = m_dir / "missing";
+  result =
+      run_cli({"hps", "add", "nand"}, "2C\n68\n4096\n", {{"PGMDEV_MODULE_DIR", missing.string()}});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err.rfind("pgmdev: cannot write " + missing.string() + "/pgm_flash.ini (", 0),
+            0u)
+      << result.err;
+  EXPECT_EQ(result.err.find(" : "), std::string::npos) << result.err;
 }
 
 }  // namespace

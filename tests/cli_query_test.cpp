@@ -22,7 +22,7 @@ json run_json(const std::vector<std::string>& args) {
 TEST(CliCatalog, ListsFilterAndSuggest) {
   const json families = run_json({"catalog", "families"});
   ASSERT_EQ(families.size(), 72u);  // 71 families and the generic one
-  EXPECT_EQ(families.back()["name"], "GENERIC");
+  EXPECT_EQ(families.back()["family"], "GENERIC");
 
   const json devices = run_json({"catalog", "devices", "--family", "zorqa_i"});
   ASSERT_FALSE(devices.empty());
@@ -35,6 +35,19 @@ TEST(CliCatalog, ListsFilterAndSuggest) {
     EXPECT_EQ(part["temperature"], "I");
   }
 
+  // An empty filter means any, as an absent one does.
+  EXPECT_EQ(run_json({"catalog", "parts", "--device", "ZQ160", "--family", ""}),
+            run_json({"catalog", "parts", "--device", "ZQ160"}));
+  EXPECT_EQ(run_json({"catalog", "devices", "--family", ""}).size(),
+            run_json({"catalog", "devices"}).size());
+  const auto parts_table = run_cli({"catalog", "parts", "--device", "ZQ160"});
+  EXPECT_EQ(parts_table.out.rfind("enum  part", 0), 0u) << parts_table.out;
+  EXPECT_NE(parts_table.out.find("released  preferred  hidden"), std::string::npos);
+
+  auto suggested = run_cli({"catalog", "parts", "--device", "ZQ16"});
+  EXPECT_EQ(suggested.exit_code, 1);
+  EXPECT_EQ(suggested.err, "pgmdev: unknown device 'ZQ16'; did you mean ZQ160?\n");
+
   const auto wrong = run_cli({"catalog", "devices", "--family", "ZORQA1"});
   EXPECT_EQ(wrong.exit_code, 1);
   EXPECT_EQ(wrong.err, "pgmdev: unknown family 'ZORQA1'; did you mean ZORQA_I or ZORQA_V?\n");
@@ -44,14 +57,16 @@ TEST(CliDevice, RecordsAndTheirFallbacks) {
   const auto table = run_cli({"device", "--part", "ZQ160M8C6"});
   ASSERT_EQ(table.exit_code, 0) << table.err;
   EXPECT_EQ(table.out.rfind("query     part ZQ160M8C6\n"
-                            "found by  via device ZQ160, the row of its device file "
+                            "found_by  via device ZQ160, the row of its device file "
                             "'zq1:zq_family'\n",
                             0),
             0u)
       << table.out;
+  EXPECT_NE(table.out.find("number    "), std::string::npos);
 
   json answer = run_json({"device", "--family", "ZORQA_I"});
   EXPECT_EQ(answer["found_by"], "the family's own row");
+  EXPECT_GE(answer["number"].get<int>(), 1);
   EXPECT_EQ(answer["record"].size(), 86u);
   EXPECT_EQ(answer["record"]["family"], "ZORQA_I");
 
@@ -82,7 +97,7 @@ TEST(CliDevice, RefusesWhatItCannotAnswer) {
   // A database directory without the file: one line saying how to make it.
   result =
       run_cli({"device", "--family", "ZORQA_I"}, "", {{"PGMDEV_DEVICE_DB_DIR", "/nonexistent"}});
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, 4);
   EXPECT_NE(result.err.find("pgmdev generate all"), std::string::npos) << result.err;
 }
 
@@ -115,9 +130,30 @@ TEST(CliOpn, SlotsAndHashesRoundTrip) {
   EXPECT_EQ(by_hash["part"], "RB100Q8C5");
   EXPECT_EQ(run_json({"name", "RB100Q8C5"})["opn_enum"], 2);
 
+  // Hexadecimal with or without 0x.
+  const std::string hash = slot["opn_hash"].get<std::string>();
+  EXPECT_EQ(run_json({"opn", "--hash", hash.substr(2)})["part"], "RB100Q8C5");
+
   EXPECT_EQ(run_cli({"opn", "1"}).exit_code, 1);  // an unassigned slot
   EXPECT_EQ(run_cli({"opn", "two"}).exit_code, 1);
   EXPECT_EQ(run_cli({"opn", "--hash", "0x0"}).exit_code, 1);
+  const auto negative = run_cli({"opn", "-1"});
+  EXPECT_EQ(negative.exit_code, 1);
+  EXPECT_EQ(negative.err, "pgmdev: the OPN enumeration is 0 or more; -1 is negative\n");
+}
+
+TEST(CliOpn, ListsItsSlots) {
+  const json all = run_json({"opn", "--list"});
+  const json assigned = run_json({"opn", "--list", "--assigned"});
+  ASSERT_GT(all.size(), assigned.size());
+  EXPECT_EQ(all[2]["part"], "RB100Q8C5");
+  EXPECT_EQ(all[1]["part"], "");
+  for (const json& slot : assigned) {
+    ASSERT_NE(slot["part"], "");
+    // A second reading: each listed slot answers its part on its own.
+    EXPECT_EQ(run_json({"opn", std::to_string(slot["opn_enum"].get<int>())})["part"], slot["part"]);
+    if (slot["opn_enum"] > 20) break;
+  }
 }
 
 }  // namespace

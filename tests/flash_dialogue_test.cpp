@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include "flash_test_support.h"
+#include "pgmdev_flash_definition.h"
 
 namespace {
 
@@ -62,6 +63,35 @@ TEST(FlashDialogue, AcceptedAnswersAreWrittenInFieldOrder) {
   ASSERT_EQ(fields.size(), 35u);
   EXPECT_EQ(joined({fields[4], fields[7], fields[20], fields[23], fields[31]}),
             "254,255,268435456,1,0");
+}
+
+// The rule a front-end asks through: the same questions, a reason for each refusal, and
+// the stricter checks only when asked for.
+TEST(FlashDialogue, SharedRuleGivesReasonsAndStrictness) {
+  std::vector<std::string> answers = chip_answers();
+  PGMDEV_FLASH_DEFINITION plain;
+  std::string reason, line;
+  EXPECT_EQ(std::string(plain.prompt()), "Manufacture Name : ");
+  EXPECT_EQ(plain.limits(), "1 to 19 characters");
+  EXPECT_FALSE(plain.answer("", reason));
+  EXPECT_EQ(reason, "the answer is empty");
+  for (size_t i = 0; i < answers.size(); ++i) {
+    ASSERT_TRUE(plain.answer(answers[i], reason)) << i << ": " << reason;
+  }
+  ASSERT_TRUE(plain.finish(line, reason)) << reason;
+  // The same line as the library's own dialogue writes for these answers.
+  EXPECT_EQ(line, printed(run_dialogue(answers), "Prompt outcome: "));
+
+  PGMDEV_FLASH_DEFINITION strict({true, true});
+  EXPECT_EQ(strict.limits(), "1 to 19 characters, without '@', '#' or ';'");
+  EXPECT_FALSE(strict.answer("A@B", reason));
+  EXPECT_EQ(reason, "'@', '#' and ';' separate the fields of the value and cannot be in an answer");
+  for (size_t i = 0; i <= TYPE_INDEX; ++i) {
+    const std::string answer = i == TYPE_INDEX ? answers[MEMORY_ID_INDEX] : answers[i];
+    if (!strict.answer(answer, reason)) break;
+  }
+  EXPECT_EQ(std::string(strict.field()), "memory_type_index");
+  EXPECT_EQ(reason, "another ID already sits at position " + answers[MEMORY_ID_INDEX]);
 }
 
 TEST(FlashDialogue, RefusedAnswersEndTheDialogue) {

@@ -65,6 +65,38 @@ TEST_F(PlatformServices, SoftReportsReturn) {
   EXPECT_EQ(seen[1].line, 2);
 }
 
+TEST_F(PlatformServices, ReportsCarryTheOpenContext) {
+  std::vector<MSG_INTERNAL_ERROR_INFO> seen;
+  MSG_INTERNAL_ERROR::set_hook([&](const MSG_INTERNAL_ERROR_INFO& info) { seen.push_back(info); });
+  using CONTEXT = std::vector<std::pair<std::string, std::string>>;
+  {
+    const MSG_CONTEXT file("table", "data/pgm_flash.csv");
+    MSG_CONTEXT row("row", "9");
+    row.set("12");
+    const MSG_CONTEXT column("column", "memory_id");
+    MSG_INTERNAL_ERROR::report_soft("soft", "PGMDEV", "m", 1);
+    EXPECT_EQ(MSG_CONTEXT::current().size(), 3u);
+  }
+  MSG_INTERNAL_ERROR::report_soft("outside", "PGMDEV", "m", 2);
+  ASSERT_EQ(seen.size(), 2u);
+  EXPECT_EQ(seen[0].context,
+            (CONTEXT{{"table", "data/pgm_flash.csv"}, {"row", "12"}, {"column", "memory_id"}}));
+  EXPECT_TRUE(seen[1].context.empty());
+
+  // Any exception: the place it left is kept for whoever catches it after the scopes close.
+  try {
+    const MSG_CONTEXT file("table", "parts.txt");
+    const MSG_CONTEXT row("row", "2");
+    throw std::out_of_range("invalid vector<T> subscript");
+  } catch (const std::out_of_range&) {
+    EXPECT_EQ(MSG_CONTEXT::unwound(), (CONTEXT{{"table", "parts.txt"}, {"row", "2"}}));
+    EXPECT_TRUE(MSG_CONTEXT::current().empty());
+  }
+  // A new scope starts afresh.
+  { const MSG_CONTEXT file("file", "x"); }
+  EXPECT_TRUE(MSG_CONTEXT::unwound().empty());
+}
+
 TEST_F(PlatformServices, DebugChannelHookSeesEveryLevel) {
   std::string text;
   DWORD level = 0;

@@ -27,6 +27,12 @@ class CliError : public std::runtime_error {
   std::vector<std::string> m_suggestions;
 };
 
+// A data file the library needs is missing or unusable; the message names it. Exit code 4.
+class DataFileError : public CliError {
+ public:
+  using CliError::CliError;
+};
+
 // Adds --json to a query command, bound to the shared options.
 void add_json_flag(CLI::App* command, Options& options);
 
@@ -43,5 +49,9 @@ void register_flash_commands(CLI::App& app, Options& options);
 void register_hps_commands(CLI::App& app, Options& options);
 void register_generate_commands(CLI::App& app, Options& options);
 void register_dump_command(CLI::App& app, Options& options);
+void register_completion_command(CLI::App& app);
+
+// Every command by its full path with its description, one a line, under "Commands:".
+std::string command_summary(CLI::App& root);
 
 }  // namespace pgmdev::cli

@@ -18,11 +18,11 @@ struct PartFilter {
 };
 
 void list_families(const Options& options) {
-  nlohmann::json document = nlohmann::json::array();
+  nlohmann::ordered_json document = nlohmann::ordered_json::array();
   Table table({"enum", "family"});
   for (int family = 1; family < DEV_FAMILY_MAX; ++family) {
     const std::string name = dstr_get_user_string(static_cast<DEV_FAMILY_ENUM>(family));
-    document.push_back({{"enum", family}, {"name", name}});
+    document.push_back({{"enum", family}, {"family", name}});
     table.add_row({std::to_string(family), name});
   }
   options.json ? print_json(std::cout, document) : table.print(std::cout);
@@ -32,7 +32,7 @@ void list_devices(const Options& options, const std::string& family_name) {
   const DEV_FAMILY_ENUM only =
       family_name.empty() ? DEV_FAMILY_INVALID : require_family(family_name);
   const DEV_PART_MANAGER catalogue;
-  nlohmann::json document = nlohmann::json::array();
+  nlohmann::ordered_json document = nlohmann::ordered_json::array();
   Table table({"enum", "device", "family"});
   for (int value = 1; value < DEV_DEVICE_MAX; ++value) {
     const auto device = static_cast<DEV_DEVICE_ENUM>(value);
@@ -40,13 +40,20 @@ void list_devices(const Options& options, const std::string& family_name) {
     if (only != DEV_FAMILY_INVALID && family != only) continue;
     const std::string name = dstr_get_user_string(device);
     const std::string family_text = dstr_get_user_string(family);
-    document.push_back({{"enum", value}, {"name", name}, {"family", family_text}});
+    document.push_back({{"enum", value}, {"device", name}, {"family", family_text}});
     table.add_row({std::to_string(value), name, family_text});
   }
   options.json ? print_json(std::cout, document) : table.print(std::cout);
 }
 
-void list_parts(const Options& options, const PartFilter& filter) {
+// An empty filter means any, as an absent one does.
+std::string any_if_empty(const std::string& text) { return text.empty() ? "ANY" : text; }
+
+void list_parts(const Options& options, PartFilter filter) {
+  for (std::string* text : {&filter.family, &filter.device, &filter.package, &filter.speed,
+                            &filter.temperature, &filter.text}) {
+    *text = any_if_empty(*text);
+  }
   if (filter.family != "ANY") require_family(filter.family);
   if (filter.device != "ANY") require_device(filter.device);
   const DEV_PART_MANAGER catalogue;
@@ -54,17 +61,16 @@ void list_parts(const Options& options, const PartFilter& filter) {
   catalogue.filter_part_list(&parts, filter.family, filter.device, filter.package, filter.speed,
                              filter.temperature, filter.released_only, filter.preferred_only,
                              filter.include_hidden, filter.text);
-  nlohmann::json document = nlohmann::json::array();
-  Table table({"enum", "part", "device", "package", "speed", "temp", "flags"});
+  nlohmann::ordered_json document = nlohmann::ordered_json::array();
+  Table table({"enum", "part", "device", "package", "speed", "temperature", "released", "preferred",
+               "hidden"});
   for (int part : parts) {
     DEV_PART_DETAIL detail;
     catalogue.get_part_detail(part, &detail);
     const std::string name = dstr_get_user_string(part);
     const std::string device = dstr_get_user_string(catalogue.get_device_of(part));
-    const std::string flags = std::string(detail.released ? "R" : "-") +
-                              (detail.preferred ? "P" : "-") + (detail.hidden ? "H" : "-");
     document.push_back({{"enum", part},
-                        {"name", name},
+                        {"part", name},
                         {"device", device},
                         {"package", detail.package},
                         {"speed", detail.speed},
@@ -73,7 +79,8 @@ void list_parts(const Options& options, const PartFilter& filter) {
                         {"preferred", detail.preferred},
                         {"hidden", detail.hidden}});
     table.add_row({std::to_string(part), name, device, detail.package, detail.speed,
-                   detail.temperature, flags});
+                   detail.temperature, yes_no(detail.released), yes_no(detail.preferred),
+                   yes_no(detail.hidden)});
   }
   options.json ? print_json(std::cout, document) : table.print(std::cout);
 }

@@ -97,17 +97,19 @@ void show_device(const Options& options, const DeviceQuery& query) {
   if (!answer.record) throw CliError("no record for " + answer.query);
   const DWORD index = device_record_index(manager, *answer.record);
   if (options.json) {
-    print_json(std::cout, {{"query", answer.query},
-                           {"found_by", answer.found_by},
-                           {"row_kind", device_record_kind(*answer.record)},
-                           {"record_index", index},
-                           {"record", device_record_json(*answer.record)}});
+    nlohmann::ordered_json document = {{"query", answer.query},
+                                       {"found_by", answer.found_by},
+                                       {"row_kind", device_record_kind(*answer.record)},
+                                       {"number", index + 1}};
+    document["record"] = device_record_json(*answer.record);
+    print_json(std::cout, document);
     return;
   }
   Fields fields = {
       {"query", answer.query},
-      {"found by", answer.found_by},
-      {"record", std::to_string(index) + " of " + std::to_string(manager.get_device_count())}};
+      {"found_by", answer.found_by},
+      {"row_kind", device_record_kind(*answer.record)},
+      {"number", std::to_string(index + 1) + " of " + std::to_string(manager.get_device_count())}};
   print_fields(std::cout, fields);
   std::cout << '\n';
   print_fields(std::cout, device_record_fields(*answer.record));

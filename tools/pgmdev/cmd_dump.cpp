@@ -42,20 +42,20 @@ class SCRATCH_DB_DIR {
 };
 
 template <class LOOKUP>
-nlohmann::json index_table(PGMDEV_DEV_INFO_MANAGER& manager, int count, LOOKUP lookup) {
-  nlohmann::json table = nlohmann::json::array();
+nlohmann::ordered_json index_table(PGMDEV_DEV_INFO_MANAGER& manager, int count, LOOKUP lookup) {
+  nlohmann::ordered_json table = nlohmann::ordered_json::array();
   for (int id = 0; id < count; ++id) {
     std::unique_ptr<PGMDEV_DEVICE_INFO> record(lookup(manager, id));
-    table.push_back(record ? nlohmann::json(device_record_index(manager, *record))
-                           : nlohmann::json());
+    table.push_back(record ? nlohmann::ordered_json(device_record_index(manager, *record))
+                           : nlohmann::ordered_json());
   }
   return table;
 }
 
-nlohmann::json dump_device_info(const fs::path& file) {
+nlohmann::ordered_json dump_device_info(const fs::path& file) {
   const SCRATCH_DB_DIR scratch(file, "pgm_dev_info.pcf");
   PGMDEV_DEV_INFO_MANAGER manager(false, 0);
-  nlohmann::json records = nlohmann::json::array();
+  nlohmann::ordered_json records = nlohmann::ordered_json::array();
   for (DWORD i = 0; i < manager.get_device_count(); ++i) {
     records.push_back(device_record_json(manager.get_device_database()[i]));
   }
@@ -102,16 +102,17 @@ void dump(const std::string& path) {
   // Checked before the open, which would wait for ever on a FIFO.
   const std::string kind = non_regular_kind(path);
   if (!kind.empty()) throw CliError(path + " is " + kind + ", not a regular file");
+  const MSG_CONTEXT where("file", path);
   std::ifstream in(path, std::ios::binary);
   if (!in) throw CliError("cannot open " + path);
   std::string magic(8, '\0');
   in.read(magic.data(), 8);
   if (!in) magic.clear();
-  nlohmann::json document;
+  nlohmann::ordered_json document;
   if (magic == "PGMIO_DM") {
     document = dump_device_info(path);
   } else if (magic == "PGMIO_FM") {
-    document = nlohmann::json::parse(dump_flash(path).dump());
+    document = dump_flash(path);
   } else {
     throw CliError(path + " is neither a device information nor a flash database file");
   }

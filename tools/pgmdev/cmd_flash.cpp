@@ -1,14 +1,18 @@
 // `pgmdev flash`: list the serial flash records, identify chips by their ID bytes, run the
 // definition dialogue and check a user flash definition value.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 #include <memory>
 
 #include "cli.h"
 #include "flash_check.h"
+#include "flash_define.h"
 #include "flash_record.h"
 #include "flash_sfdp.h"
+#include "output.h"
 #include "platform.h"
+#include "suggest.h"
 
 namespace pgmdev::cli {
 
@@ -16,47 +20,73 @@ namespace {
 
 const char* const FLASH_FILE = "/programmer/pgm_flash.pcf";
 
-// Passes the dialogue's output straight through (prompts must show before each answer is
-// read) and keeps a copy to see whether a value came out.
-class TEE_BUFFER : public std::streambuf {
- public:
-  explicit TEE_BUFFER(std::streambuf* target) : m_target(target) {}
-  const std::string& text() const { return m_text; }
+// The flash manager over the shipped records, with what the library prints about the
+// user's definition shown as a warning on standard error.
+std::unique_ptr<PGMDEV_FLASH_MANAGER> load_flash_manager(DWORD slots) {
+  require_database_file(FLASH_FILE, "flash database file");
+  const LibraryMessages messages(
+      "the user flash definition in PGM_3RD_PARTY_FLASH_INI is not loaded; 'pgmdev flash "
+      "check' says why");
+  return std::make_unique<PGMDEV_FLASH_MANAGER>(false, slots);
+}
 
- protected:
-  int overflow(int c) override {
-    if (c == traits_type::eof()) return traits_type::not_eof(c);
-    m_text.push_back(static_cast<char>(c));
-    return m_target->sputc(static_cast<char>(c));
-  }
-  std::streamsize xsputn(const char* data, std::streamsize count) override {
-    m_text.append(data, static_cast<size_t>(count));
-    return m_target->sputn(data, count);
-  }
-  int sync() override { return m_target->pubsync(); }
-
-  std::streambuf* m_target;
-  std::string m_text;
+struct FlashFilter {
+  std::string manufacturer;  // empty: any
+  std::string size;          // Mbit; empty: any
 };
 
-void list_flash(const Options& options) {
-  require_database_file(FLASH_FILE, "flash database file");
-  const PGMDEV_FLASH_MANAGER manager(false, 1);
+// The records that pass the filter, by their number in the list (from 1).
+std::vector<DWORD> filtered_records(const PGMDEV_FLASH_MANAGER& manager,
+                                    const FlashFilter& filter) {
   const PGMDEV_SFL_FLASH_INFO* records = manager.get_flash_database();
-  nlohmann::ordered_json document = nlohmann::ordered_json::array();
-  Table table({"#", "manufacturer", "device", "id", "by", "Mbit", "sector KB", "default", "gate"});
+  std::vector<std::string> makers;
+  std::vector<DWORD> chosen;
   for (DWORD i = 0; i < manager.get_flash_count(); ++i) {
     const PGMDEV_SFL_FLASH_INFO& r = records[i];
-    nlohmann::ordered_json entry = {{"index", i}};
+    makers.push_back(r.manufacturer_name);
+    if (!filter.manufacturer.empty() &&
+        gen_stricmp(r.manufacturer_name.c_str(), filter.manufacturer.c_str()) != 0) {
+      continue;
+    }
+    if (!filter.size.empty() && std::to_string(r.device_bit_size >> 20) != filter.size) continue;
+    chosen.push_back(i);
+  }
+  if (!filter.manufacturer.empty() && chosen.empty() &&
+      std::none_of(makers.begin(), makers.end(), [&](const std::string& maker) {
+        return gen_stricmp(maker.c_str(), filter.manufacturer.c_str()) == 0;
+      })) {
+    throw CliError("no flash manufacturer is called '" + filter.manufacturer + "'",
+                   suggest(filter.manufacturer, makers));
+  }
+  return chosen;
+}
+
+std::string gate_text(const PGMDEV_SFL_FLASH_INFO& r) {
+  return gen_stricmp(r.ini.c_str(), "NONE") == 0 ? "" : "PGM_ALLOW_" + r.ini;
+}
+
+void list_flash(const Options& options, const FlashFilter& filter) {
+  if (!filter.size.empty() && filter.size.find_first_not_of("0123456789") != std::string::npos) {
+    throw CliError("--size takes a whole number of Mbit, not '" + filter.size + "'");
+  }
+  const std::unique_ptr<PGMDEV_FLASH_MANAGER> manager = load_flash_manager(1);
+  const PGMDEV_SFL_FLASH_INFO* records = manager->get_flash_database();
+  nlohmann::ordered_json document = nlohmann::ordered_json::array();
+  Table table({"number", "manufacturer_name", "device_name", "silicon_id", "default_dev", "ini",
+               "device_bit_size", "device_sector_byte", "id", "gate"});
+  for (DWORD i : filtered_records(*manager, filter)) {
+    const PGMDEV_SFL_FLASH_INFO& r = records[i];
+    nlohmann::ordered_json entry = {{"number", i + 1}};
     entry.update(flash_record_json(r));
+    entry["id"] = flash_id_text(r);
+    entry["gate"] = gate_text(r);
     document.push_back(entry);
-    table.add_row({std::to_string(i), r.manufacturer_name, r.device_name, flash_id_text(r),
-                   r.silicon_id ? "silicon" : "device", std::to_string(r.device_bit_size >> 20),
-                   std::to_string(r.device_sector_byte >> 10), r.default_dev ? "yes" : "",
-                   r.ini == "NONE" ? "" : "PGM_ALLOW_" + r.ini});
+    table.add_row({std::to_string(i + 1), r.manufacturer_name, r.device_name, yes_no(r.silicon_id),
+                   yes_no(r.default_dev), r.ini, std::to_string(r.device_bit_size),
+                   std::to_string(r.device_sector_byte), flash_id_text(r), gate_text(r)});
   }
   if (options.json) {
-    std::cout << document.dump(2) << '\n';
+    print_json(std::cout, document);
   } else {
     table.print(std::cout);
   }
@@ -87,34 +117,38 @@ std::vector<BYTE> parse_id(const std::string& text) {
 
 void identify(const Options& options, const std::vector<IdRequest>& requests) {
   if (requests.empty()) throw CliError("give --device-id HEX or --silicon-id HEX");
-  require_database_file(FLASH_FILE, "flash database file");
-  PGMDEV_FLASH_MANAGER manager(false, static_cast<DWORD>(requests.size()));
+  const std::unique_ptr<PGMDEV_FLASH_MANAGER> loaded =
+      load_flash_manager(static_cast<DWORD>(requests.size()));
+  PGMDEV_FLASH_MANAGER& manager = *loaded;
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
-  Table table({"slot", "id", "by", "#", "manufacturer", "device", "Mbit"});
+  Table table(
+      {"slot", "id", "silicon_id", "found", "number", "manufacturer_name", "device_name", "Mbit"});
   std::string unmatched;
   for (DWORD slot = 0; slot < requests.size(); ++slot) {
     const IdRequest& request = requests[slot];
     BYTE id[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
     std::copy(request.bytes.begin(), request.bytes.end(), id);
     const bool found = manager.flash_id_database_mapping(request.by_silicon_id, slot, id);
-    const char* by = request.by_silicon_id ? "silicon" : "device";
-    nlohmann::ordered_json entry = {
-        {"slot", slot}, {"id", request.text}, {"by", by}, {"found", found}};
+    nlohmann::ordered_json entry = {{"slot", slot + 1},
+                                    {"id", request.text},
+                                    {"silicon_id", request.by_silicon_id},
+                                    {"found", found}};
     if (!found) {
       unmatched += (unmatched.empty() ? "" : ", ") + request.text;
-      table.add_row({std::to_string(slot), request.text, by, "-", "no match"});
+      table.add_row({std::to_string(slot + 1), request.text, yes_no(request.by_silicon_id), "no"});
     } else {
       const DWORD index = manager.get_flash_mapping_index(slot, false);
       const PGMDEV_SFL_FLASH_INFO& r = manager.get_flash_database()[index];
-      entry["index"] = index;
+      entry["number"] = index + 1;
       entry["record"] = flash_record_json(r);
-      table.add_row({std::to_string(slot), request.text, by, std::to_string(index),
-                     r.manufacturer_name, r.device_name, std::to_string(r.device_bit_size >> 20)});
+      table.add_row({std::to_string(slot + 1), request.text, yes_no(request.by_silicon_id), "yes",
+                     std::to_string(index + 1), r.manufacturer_name, r.device_name,
+                     std::to_string(r.device_bit_size)});
     }
     document.push_back(entry);
   }
   if (options.json) {
-    std::cout << document.dump(2) << '\n';
+    print_json(std::cout, document);
   } else {
     table.print(std::cout);
   }
@@ -153,25 +187,25 @@ void register_flash_commands(CLI::App& app, Options& options) {
   CLI::App* flash = app.add_subcommand("flash", "Serial configuration flash records");
   flash->require_subcommand(1);
 
-  CLI::App* list = flash->add_subcommand("list", "List the flash records that are enabled");
+  auto filter = std::make_shared<FlashFilter>();
+  CLI::App* list = flash->add_subcommand("list", "List the flash records, numbered from 1");
+  list->add_option("--manufacturer", filter->manufacturer,
+                   "Only this maker's chips (case ignored)");
+  list->add_option("--size", filter->size, "Only chips of this many Mbit");
   add_json_flag(list, options);
-  list->callback([&options] { list_flash(options); });
+  list->callback([&options, filter] { list_flash(options, *filter); });
 
   register_identify(flash, options);
 
   CLI::App* define = flash->add_subcommand(
-      "define", "Define up to three flash chips by dialogue and print their configuration value");
+      "define",
+      "Define up to three flash chips by dialogue (questions on standard error) and print the "
+      "value of PGM_3RD_PARTY_FLASH_INI; only the first chip is loaded as the user flash");
   const auto from_sfdp = add_define_sfdp_options(define);
-  define->callback([from_sfdp] {
+  add_json_flag(define, options);
+  define->callback([&options, from_sfdp] {
     if (define_from_sfdp(*from_sfdp, std::cin, std::cout)) return;
-    PGMDEV_FLASH_MANAGER manager(false, 1, true, false);
-    TEE_BUFFER tee(std::cout.rdbuf());
-    std::ostream output(&tee);
-    manager.gen_flash_ini(std::cin, output);
-    output.flush();
-    if (tee.text().find("INI : ") == std::string::npos) {
-      throw CliError("no configuration value was produced");
-    }
+    define_flash(options, std::cin);
   });
 
   auto value = std::make_shared<std::string>();

@@ -11,10 +11,12 @@
 #include <memory>
 
 #include "cli.h"
+#include "output.h"
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_file_set.h"
 #include "pgmdev_flash_manager.h"
 #include "platform.h"
+#include "report.h"
 
 namespace pgmdev::cli {
 
@@ -24,6 +26,17 @@ namespace fs = std::filesystem;
 
 void require_source(const std::string& path) {
   if (!fs::is_regular_file(path)) throw CliError("no source table at " + path);
+}
+
+// The files written, reported together once the command has done its work.
+using Written = std::vector<std::string>;
+
+void report_written(const Options& options, const Written& written) {
+  if (options.json) {
+    print_json(std::cout, {{"written", written}});
+    return;
+  }
+  for (const std::string& path : written) std::cout << "wrote " << path << '\n';
 }
 
 // The output's folder is made when missing, as `generate all` makes its tree.
@@ -40,11 +53,9 @@ void generating(const std::string& out, GENERATE generate) {
   try {
     generate();
   } catch (const MSG_INTERNAL_ERROR_EXCEPTION&) {
-    if (fs::is_directory(out)) {
-      std::cerr << "pgmdev: the tree " << out << " was left as it was\n";
-    } else {
-      std::cerr << "pgmdev: " << out << " was not replaced\n";
-    }
+    // Said after the failure's own line, which comes first.
+    note_after_report(fs::is_directory(out) ? "the tree " + out + " was left as it was"
+                                            : out + " was not replaced");
     throw;
   }
 }
@@ -62,6 +73,7 @@ void generate_device_info(const std::string& csv, const std::string& out,
   });
   make_output_folder(out);
   generating(out, [&] {
+    const LibraryMessages messages;
     PGMDEV_DEV_INFO_MANAGER manager(true, 0);
     manager.generate_device_database(csv, out);
   });
@@ -71,6 +83,7 @@ void generate_flash(const std::string& csv, const std::string& out) {
   require_source(csv);
   make_output_folder(out);
   generating(out, [&] {
+    const LibraryMessages messages;
     PGMDEV_FLASH_MANAGER manager(false, 1, true, false);
     manager.generate_flash_database(FIO_PATH(csv), FIO_PATH(out));
   });
@@ -106,7 +119,7 @@ class ASIDE_FOLDER {
 
 // The whole tree is generated aside and checked; only then are its files swapped in, all
 // together. A failure anywhere leaves the old tree as it was.
-void generate_all(const std::string& data, const std::string& out_option) {
+void generate_all(const std::string& data, const std::string& out_option, Written& written) {
   const fs::path out = out_option.empty() ? gen_get_device_db_fullpath() : out_option;
   const fs::path parts_source = fs::path(data) / "pgm_parts.txt";
   require_source(parts_source.string());
@@ -137,9 +150,9 @@ void generate_all(const std::string& data, const std::string& out_option) {
     throw CliError(error + "; the tree " + out.string() + " was left as it was");
   }
   if (!note.empty()) std::cerr << "pgmdev: warning: " << note << '\n';
-  std::cout << "wrote " << parts_out.string() << '\n';
+  written.push_back(parts_out.string());
   for (const char* name : {"pgm_dev_info.pcf", "pgm_flash.pcf"}) {
-    std::cout << "wrote " << (out / "programmer" / name).string() << '\n';
+    written.push_back((out / "programmer" / name).string());
   }
 }
 
@@ -149,7 +162,7 @@ struct GenerateArgs {
 
 }  // namespace
 
-void register_generate_commands(CLI::App& app, Options&) {
+void register_generate_commands(CLI::App& app, Options& options) {
   CLI::App* generate = app.add_subcommand("generate", "Build database files from source tables");
   generate->require_subcommand(1);
   auto args = std::make_shared<GenerateArgs>();
@@ -161,25 +174,32 @@ void register_generate_commands(CLI::App& app, Options&) {
   device->add_option(
       "--install-dir", args->install_dir,
       "Folder whose h/pgm_parts.txt is the parts list (default: the installation's)");
-  device->callback([args] {
+  add_json_flag(device, options);
+  device->callback([&options, args] {
     generate_device_info(args->csv, args->out, args->install_dir);
-    std::cout << "wrote " << args->out << '\n';
+    report_written(options, {args->out});
   });
 
   CLI::App* flash = generate->add_subcommand(
       "flash", "Build programmer/pgm_flash.pcf from the serial flash table");
   flash->add_option("CSV", args->csv, "Source table, e.g. data/pgm_flash.csv")->required();
   flash->add_option("OUT", args->out, "Database file to write")->required();
-  flash->callback([args] {
+  add_json_flag(flash, options);
+  flash->callback([&options, args] {
     generate_flash(args->csv, args->out);
-    std::cout << "wrote " << args->out << '\n';
+    report_written(options, {args->out});
   });
 
   CLI::App* all = generate->add_subcommand(
       "all", "Rebuild the whole share/pgmdev tree (parts list and both databases) from data/");
   all->add_option("--data", args->data, "Folder of the source tables (default: data)");
   all->add_option("--out", args->out, "Tree to write (default: the device database directory)");
-  all->callback([args] { generate_all(args->data, args->out); });
+  add_json_flag(all, options);
+  all->callback([&options, args] {
+    Written written;
+    generate_all(args->data, args->out, written);
+    report_written(options, written);
+  });
 }
 
 }  // namespace pgmdev::cli

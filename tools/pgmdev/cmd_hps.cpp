@@ -1,6 +1,10 @@
 // `pgmdev hps`: the HPS SPI and NAND boot flash lists, and the site's own definitions in the
 // flash INI data file (list, add by dialogue, remove).
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstring>
 #include <iostream>
 #include <memory>
 
@@ -38,22 +42,58 @@ nlohmann::ordered_json record_json(const HPS_KIND<RECORD>& kind, const RECORD& r
 
 template <class RECORD>
 std::string cell(const HPS_KIND<RECORD>& kind, const RECORD& record, DWORD i) {
+  if (kind.types[i] == PGMDEV_PARAM_BOOL) return yes_no(*static_cast<bool*>(record.params[i]));
   return PGMDEV_FLASH_INI::print_flash_ini_data(kind.types[i], kind.rules[i].hex, record.params[i]);
 }
 
+struct HpsFilter {
+  std::string manufacturer;  // SPI: the maker's name; NAND: its ID byte in hex; empty: any
+  std::string size;          // in the unit the definition dialogue asks for; empty: any
+};
+
+// The parameter that holds the maker and the one that holds the size, for the filters.
+template <class RECORD>
+std::pair<DWORD, DWORD> filter_columns(const HPS_KIND<RECORD>& kind) {
+  return kind.section == PGMDEV_FLASH_INI_HPS_SPI ? std::make_pair(4u, 6u) : std::make_pair(0u, 2u);
+}
+
+template <class RECORD>
+bool passes(const HPS_KIND<RECORD>& kind, const RECORD& record, const HpsFilter& filter) {
+  const auto [maker, size] = filter_columns(kind);
+  const nlohmann::ordered_json json = record_json(kind, record);
+  if (!filter.manufacturer.empty()) {
+    const nlohmann::ordered_json& value = json[kind.keys[maker]];
+    unsigned long long id = 0;
+    const bool same = value.is_string()
+                          ? gen_stricmp(value.template get<std::string>().c_str(),
+                                        filter.manufacturer.c_str()) == 0
+                          : parse_hex(filter.manufacturer, id) && id == value.template get<QWORD>();
+    if (!same) return false;
+  }
+  if (!filter.size.empty()) {
+    const QWORD stored = json[kind.keys[size]].template get<QWORD>();
+    if (std::to_string(stored / kind.rules[size].multiple) != filter.size) return false;
+  }
+  return true;
+}
+
 template <class RECORD, class MGR>
-void list(const Options& options, const HPS_KIND<RECORD>& kind) {
+void list(const Options& options, const HPS_KIND<RECORD>& kind, const HpsFilter& filter) {
   warn_if_data_file_damaged();  // its user definitions would otherwise just be missing
+  if (!filter.size.empty() && filter.size.find_first_not_of("0123456789") != std::string::npos) {
+    throw CliError("--size takes a whole number, not '" + filter.size + "'");
+  }
   MGR* manager = MGR::get_mgr();
   const auto& records = manager->get_list();
   const size_t users = manager->get_user_list().size();
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
-  std::vector<std::string> headers = {"#", "source"};
+  std::vector<std::string> headers = {"number", "source"};
   for (DWORD column : kind.table_columns) headers.push_back(kind.keys[column]);
   Table table(headers);
   for (size_t i = 0; i < records.size(); ++i) {
+    if (!passes(kind, *records[i], filter)) continue;
     const char* source = i < users ? "user" : "built-in";
-    nlohmann::ordered_json entry = {{"index", i + 1}, {"user", i < users}};
+    nlohmann::ordered_json entry = {{"number", i + 1}, {"source", source}};
     entry.update(record_json(kind, *records[i]));
     document.push_back(entry);
     std::vector<std::string> row = {std::to_string(i + 1), source};
@@ -62,62 +102,108 @@ void list(const Options& options, const HPS_KIND<RECORD>& kind) {
   }
   MGR::delete_mgr();
   if (options.json) {
-    std::cout << document.dump(2) << '\n';
+    print_json(std::cout, document);
   } else {
     table.print(std::cout);
   }
 }
 
-template <class RECORD>
-void add(const HPS_KIND<RECORD>& kind, bool force) {
-  if (!force) check_data_file_before_edit();  // before the questions, not after them
-  RECORD record;
-  prompt_record(kind, record, std::cin, std::cout);
-  append_user_record(kind, record, force);
-  std::cout << "Added to the " << PGMDEV_FLASH_INI_SECTION_NAMES[kind.section] << " section of "
-            << gen_get_module_path() << "/pgm_flash.ini\n";
+std::string flash_ini_path() { return gen_get_module_path() + "/pgm_flash.ini"; }
+
+// Asked before any question: answers are not worth giving for a file that cannot be written.
+void require_writable_flash_ini() {
+  const std::string path = flash_ini_path();
+  const std::string target = FIO_FILE_SYSTEM::exists(path.c_str()) ? path : gen_get_module_path();
+  if (::access(target.c_str(), W_OK) != 0) {
+    throw CliError("cannot write " + path + " (" + std::strerror(errno) +
+                   "); nothing was asked; set PGMDEV_MODULE_DIR to a folder you can write");
+  }
 }
 
 template <class RECORD>
-void remove(const HPS_KIND<RECORD>& kind, size_t index, bool force) {
+void add(const Options& options, const HPS_KIND<RECORD>& kind, bool force) {
+  // Before the questions, not after them.
+  require_writable_flash_ini();
+  if (!force) check_data_file_before_edit();
+  RECORD record;
+  prompt_record(kind, record, std::cin, std::cerr);
+  append_user_record(kind, record, force);
+  const char* section = PGMDEV_FLASH_INI_SECTION_NAMES[kind.section];
+  if (options.json) {
+    print_json(
+        std::cout,
+        {{"section", section}, {"file", flash_ini_path()}, {"record", record_json(kind, record)}});
+  } else {
+    std::cout << "Added to the " << section << " section of " << flash_ini_path() << '\n';
+  }
+}
+
+// "3" for the third user definition; a negative or non-numeric text is refused as such.
+size_t parse_index(const std::string& text) {
+  if (!text.empty() && text[0] == '-') {
+    throw CliError("user definitions are numbered from 1; " + text + " is negative");
+  }
+  if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos ||
+      text.size() > 9) {
+    throw CliError("'" + text + "' is not the number of a user definition ('pgmdev hps list')");
+  }
+  return std::stoul(text);
+}
+
+template <class RECORD>
+void remove(const Options& options, const HPS_KIND<RECORD>& kind, const std::string& text,
+            bool force) {
+  const size_t index = parse_index(text);
   const size_t left = remove_user_record(kind, index, force);
-  std::cout << "Removed user definition " << index << "; " << left << " left\n";
+  if (options.json) {
+    print_json(std::cout, {{"removed", index}, {"left", left}, {"file", flash_ini_path()}});
+  } else {
+    std::cout << "Removed user definition " << index << "; " << left << " left\n";
+  }
 }
 
 void register_kind_commands(CLI::App* hps, Options& options) {
   auto kind = std::make_shared<std::string>();
-  auto index = std::make_shared<size_t>(0);
+  auto index = std::make_shared<std::string>();
+  auto filter = std::make_shared<HpsFilter>();
   auto force = std::make_shared<bool>(false);
   const char* force_help =
       "Rewrite a damaged pgm_flash.ini; it is first kept as pgm_flash.ini.bad-<date-time>";
   const std::vector<std::string> kinds = {"spi", "nand"};
+  const auto kind_check = CLI::IsMember(kinds, CLI::ignore_case);
 
-  CLI::App* list_cmd =
-      hps->add_subcommand("list", "List the HPS boot flash, user definitions first");
-  list_cmd->add_option("KIND", *kind, "spi or nand")->required()->check(CLI::IsMember(kinds));
+  CLI::App* list_cmd = hps->add_subcommand(
+      "list", "List the HPS boot flash, user definitions first, numbered from 1");
+  list_cmd->add_option("KIND", *kind, "spi or nand")->required()->transform(kind_check);
+  list_cmd->add_option("--manufacturer", filter->manufacturer,
+                       "Only this maker (spi: its name, case ignored; nand: its ID in hex)");
+  list_cmd->add_option("--size", filter->size, "Only this size (spi: Mbit; nand: Mbyte)");
   add_json_flag(list_cmd, options);
-  list_cmd->callback([&options, kind] {
+  list_cmd->callback([&options, kind, filter] {
     if (*kind == "spi") {
-      list<PGMDEV_HPS_SPI_STRUCTURE, PGMDEV_HPS_SPI_MGR>(options, hps_spi_kind());
+      list<PGMDEV_HPS_SPI_STRUCTURE, PGMDEV_HPS_SPI_MGR>(options, hps_spi_kind(), *filter);
     } else {
-      list<PGMDEV_HPS_NAND_STRUCTURE, PGMDEV_HPS_NAND_MGR>(options, hps_nand_kind());
+      list<PGMDEV_HPS_NAND_STRUCTURE, PGMDEV_HPS_NAND_MGR>(options, hps_nand_kind(), *filter);
     }
   });
 
-  CLI::App* add_cmd = hps->add_subcommand("add", "Define an HPS boot flash by dialogue");
-  add_cmd->add_option("KIND", *kind, "spi or nand")->required()->check(CLI::IsMember(kinds));
+  CLI::App* add_cmd = hps->add_subcommand(
+      "add", "Define an HPS boot flash by dialogue (questions on standard error)");
+  add_cmd->add_option("KIND", *kind, "spi or nand")->required()->transform(kind_check);
   add_cmd->add_flag("--force", *force, force_help);
-  add_cmd->callback([kind, force] {
-    *kind == "spi" ? add(hps_spi_kind(), *force) : add(hps_nand_kind(), *force);
+  add_json_flag(add_cmd, options);
+  add_cmd->callback([&options, kind, force] {
+    *kind == "spi" ? add(options, hps_spi_kind(), *force) : add(options, hps_nand_kind(), *force);
   });
 
   CLI::App* remove_cmd = hps->add_subcommand("remove", "Remove a user definition");
-  remove_cmd->add_option("KIND", *kind, "spi or nand")->required()->check(CLI::IsMember(kinds));
+  remove_cmd->add_option("KIND", *kind, "spi or nand")->required()->transform(kind_check);
   remove_cmd->add_option("INDEX", *index, "Its number in 'pgmdev hps list'")->required();
   remove_cmd->add_flag("--force", *force, force_help);
-  remove_cmd->callback([kind, index, force] {
-    *kind == "spi" ? remove(hps_spi_kind(), *index, *force)
-                   : remove(hps_nand_kind(), *index, *force);
+  add_json_flag(remove_cmd, options);
+  remove_cmd->callback([&options, kind, index, force] {
+    *kind == "spi" ? remove(options, hps_spi_kind(), *index, *force)
+                   : remove(options, hps_nand_kind(), *index, *force);
   });
 }
 

@@ -1,5 +1,6 @@
 // `pgmdev name` and `pgmdev opn`: a name in every naming scheme, OPN slots and hashes.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 #include <memory>
 
@@ -96,42 +97,39 @@ void show_name(const Options& options, const std::string& input) {
   if (!known(a)) throw CliError("unknown name '" + a.name + "'", suggest(a.name, grammar_names()));
   const bool has_opn = a.opn_enum != INVALID_DWORD;
   const bool has_hash = a.opn_hash != NO_HASH;
-  if (options.json) {
-    print_json(std::cout, {{"name", a.name},
-                           {"package_name", a.package},
-                           {"pgm_name", a.pgm},
-                           {"pgm_part_pcf", a.pgm_part_pcf},
-                           {"pgm_family_pcf", a.pgm_family_pcf},
-                           {"device", a.device},
-                           {"dev_part_pcf", a.dev_part_pcf},
-                           {"dev_family_pcf", a.dev_family_pcf},
-                           {"family", a.family},
-                           {"possible_full_name", a.full_name},
-                           {"use_full_name", a.use_full_name},
-                           {"use_package_name", a.use_package_name},
-                           {"opn_enum", has_opn ? nlohmann::json(a.opn_enum) : nlohmann::json()},
-                           {"opn_hash", has_hash ? nlohmann::json(hex_text(a.opn_hash, 12))
-                                                 : nlohmann::json()}});
-    return;
+  nlohmann::ordered_json document = {
+      {"name", a.name},
+      {"package_name", a.package},
+      {"pgm_name", a.pgm},
+      {"pgm_part_pcf", a.pgm_part_pcf},
+      {"pgm_family_pcf", a.pgm_family_pcf},
+      {"device", a.device},
+      {"dev_part_pcf", a.dev_part_pcf},
+      {"dev_family_pcf", a.dev_family_pcf},
+      {"family", a.family},
+      {"possible_full_name", a.full_name},
+      {"use_full_name", a.use_full_name},
+      {"use_package_name", a.use_package_name},
+      {"opn_enum", has_opn ? nlohmann::ordered_json(a.opn_enum) : nlohmann::ordered_json()},
+      {"opn_hash",
+       has_hash ? nlohmann::ordered_json(hex_text(a.opn_hash, 12)) : nlohmann::ordered_json()}};
+  if (options.json) return print_json(std::cout, document);
+  // The same names in the same order as the JSON document.
+  Fields fields;
+  for (const auto& [key, value] : document.items()) {
+    std::string text = value.is_boolean()  ? yes_no(value.get<bool>())
+                       : value.is_string() ? value.get<std::string>()
+                       : value.is_null()   ? ""
+                                           : value.dump();
+    fields.emplace_back(key, or_dash(text));
   }
-  print_fields(
-      std::cout,
-      {{"name", a.name},
-       {"package name", or_dash(a.package)},
-       {"programmer name", or_dash(a.pgm)},
-       {"programmer pcf names", or_dash(a.pgm_part_pcf) + " / " + or_dash(a.pgm_family_pcf)},
-       {"device", or_dash(a.device)},
-       {"device pcf names", or_dash(a.dev_part_pcf) + " / " + or_dash(a.dev_family_pcf)},
-       {"family", or_dash(a.family)},
-       {"possible full name", or_dash(a.full_name)},
-       {"addressed by", a.use_full_name      ? "full part name"
-                        : a.use_package_name ? "package name"
-                                             : "programmer name"},
-       {"OPN enumeration", has_opn ? std::to_string(a.opn_enum) : "-"},
-       {"OPN hash", has_hash ? hex_text(a.opn_hash, 12) : "-"}});
+  print_fields(std::cout, fields);
 }
 
 unsigned long long parse_number(const std::string& text, const char* what) {
+  if (!text.empty() && text[0] == '-') {
+    throw CliError(std::string(what) + " is 0 or more; " + text + " is negative");
+  }
   try {
     size_t used = 0;
     const unsigned long long value = std::stoull(text, &used, 0);
@@ -141,11 +139,34 @@ unsigned long long parse_number(const std::string& text, const char* what) {
   throw CliError(std::string("not a number for ") + what + ": '" + text + "'");
 }
 
+// The OPN slots up to the highest one a catalogue part holds; empty ones only when wanted.
+void list_opn(const Options& options, bool assigned_only) {
+  unsigned long last = 0;
+  for (const std::string& part : catalog_part_names()) {
+    const unsigned long slot = PGMDEV_MGR::get_opn_enum(part);
+    if (slot != INVALID_DWORD) last = std::max(last, slot);
+  }
+  nlohmann::ordered_json document = nlohmann::ordered_json::array();
+  Table table({"opn_enum", "part", "opn_hash"});
+  for (unsigned long slot = 0; slot <= last || !PGMDEV_MGR::get_opn(slot).empty(); ++slot) {
+    const std::string part = PGMDEV_MGR::get_opn(slot);
+    if (part.empty() && assigned_only) continue;
+    const std::string hash = part.empty() ? "" : hex_text(PGMDEV_MGR::get_opn_hash(part), 12);
+    document.push_back({{"opn_enum", slot}, {"part", part}, {"opn_hash", hash}});
+    table.add_row({std::to_string(slot), part.empty() ? "-" : part, hash.empty() ? "-" : hash});
+  }
+  options.json ? print_json(std::cout, document) : table.print(std::cout);
+}
+
 void show_opn(const Options& options, const std::string& slot_text, const std::string& hash_text) {
   unsigned long slot = INVALID_DWORD;
   std::string part;
   if (!hash_text.empty()) {
-    part = PGMDEV_MGR::get_opn_from_hash(parse_number(hash_text, "--hash"));
+    unsigned long long hash = 0;
+    if (!parse_hex(hash_text, hash)) {
+      throw CliError("'" + hash_text + "' is not an OPN hash: give hex digits, e.g. 2635E568C52D");
+    }
+    part = PGMDEV_MGR::get_opn_from_hash(hash);
     if (part.empty()) throw CliError("no part has the OPN hash " + hash_text);
     slot = PGMDEV_MGR::get_opn_enum(part);
   } else {
@@ -155,15 +176,16 @@ void show_opn(const Options& options, const std::string& slot_text, const std::s
   }
   const unsigned long long hash = PGMDEV_MGR::get_opn_hash(part);
   if (options.json) {
-    print_json(std::cout,
-               {{"part", part},
-                {"opn_enum", slot == INVALID_DWORD ? nlohmann::json() : nlohmann::json(slot)},
-                {"opn_hash", hex_text(hash, 12)}});
+    nlohmann::ordered_json document = {
+        {"opn_enum", slot == INVALID_DWORD ? nlohmann::json() : nlohmann::json(slot)},
+        {"part", part},
+        {"opn_hash", hex_text(hash, 12)}};
+    print_json(std::cout, document);
     return;
   }
-  print_fields(std::cout, {{"part", part},
-                           {"OPN enumeration", slot == INVALID_DWORD ? "-" : std::to_string(slot)},
-                           {"OPN hash", hex_text(hash, 12)}});
+  print_fields(std::cout, {{"opn_enum", slot == INVALID_DWORD ? "-" : std::to_string(slot)},
+                           {"part", part},
+                           {"opn_hash", hex_text(hash, 12)}});
 }
 
 }  // namespace
@@ -178,12 +200,23 @@ void register_name_commands(CLI::App& app, Options& options) {
 
   auto slot = std::make_shared<std::string>();
   auto hash = std::make_shared<std::string>();
-  CLI::App* opn = app.add_subcommand("opn", "Show the part of an OPN enumeration or OPN hash");
+  auto listing = std::make_shared<bool>(false);
+  auto assigned = std::make_shared<bool>(false);
+  CLI::App* opn = app.add_subcommand(
+      "opn", "Show the part of an OPN enumeration or OPN hash, or list the OPN slots");
   auto* slot_option = opn->add_option("ENUM", *slot, "OPN enumeration (slot number)");
-  opn->add_option("--hash", *hash, "48-bit OPN hash, e.g. 0x1A2B3C4D5E6F")->excludes(slot_option);
+  auto* hash_option = opn->add_option("--hash", *hash, "48-bit OPN hash in hex, e.g. 2635E568C52D")
+                          ->excludes(slot_option);
+  auto* list_option = opn->add_flag("--list", *listing, "List the OPN slots and their parts")
+                          ->excludes(slot_option, hash_option);
+  opn->add_flag("--assigned", *assigned, "With --list: only the slots that hold a part")
+      ->needs(list_option);
   add_json_flag(opn, options);
-  opn->callback([&options, slot, hash] {
-    if (slot->empty() && hash->empty()) throw CliError("give an OPN enumeration or --hash HASH");
+  opn->callback([&options, slot, hash, listing, assigned] {
+    if (*listing) return list_opn(options, *assigned);
+    if (slot->empty() && hash->empty()) {
+      throw CliError("give an OPN enumeration, --hash HASH or --list");
+    }
     show_opn(options, *slot, *hash);
   });
 }

@@ -16,10 +16,10 @@ std::string general_enum_name(DWORD value) {
 
 // One visitor for every field type of the record: fills a JSON object and a field list.
 struct RECORD_FORMATTER {
-  nlohmann::json* json;
+  nlohmann::ordered_json* json;
   Fields* fields;
 
-  void put(DWORD column, nlohmann::json value, std::string text) {
+  void put(DWORD column, nlohmann::ordered_json value, std::string text) {
     const char* name = PGMDEV_DEVICE_INFO_COLUMNS[column].name;
     if (json != nullptr) (*json)[name] = std::move(value);
     if (fields != nullptr) fields->emplace_back(name, std::move(text));
@@ -53,8 +53,8 @@ struct RECORD_FORMATTER {
 
 }  // namespace
 
-nlohmann::json device_record_json(const PGMDEV_DEVICE_INFO& record) {
-  nlohmann::json json = nlohmann::json::object();
+nlohmann::ordered_json device_record_json(const PGMDEV_DEVICE_INFO& record) {
+  nlohmann::ordered_json json = nlohmann::ordered_json::object();
   pgmdev_visit_device_info(record, RECORD_FORMATTER{&json, nullptr});
   return json;
 }

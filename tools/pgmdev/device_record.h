@@ -9,7 +9,7 @@
 namespace pgmdev::cli {
 
 // All 86 values by column name; identifiers and enumerations also by their names.
-nlohmann::json device_record_json(const PGMDEV_DEVICE_INFO& record);
+nlohmann::ordered_json device_record_json(const PGMDEV_DEVICE_INFO& record);
 Fields device_record_fields(const PGMDEV_DEVICE_INFO& record);
 
 // Which row a record is: "part", "device", "pcf" or "family".

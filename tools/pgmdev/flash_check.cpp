@@ -22,6 +22,7 @@ class FLASH_VALUE_PROBE : public PGMDEV_FLASH_MANAGER {
   using PGMDEV_FLASH_MANAGER::assign_ini;
   using PGMDEV_FLASH_MANAGER::cmp_ini_password;
   using PGMDEV_FLASH_MANAGER::decode_ini;
+  using PGMDEV_FLASH_MANAGER::encode_ini;
   using PGMDEV_FLASH_MANAGER::get_string_from_ini;
   const PGMDEV_SFL_FLASH_INFO& user_record() const { return m_ini_flash; }
 };
@@ -45,6 +46,17 @@ Verdict examine(const std::string& value) {
     verdict = {
         "decode", "the value does not decode" + (why.empty() ? "" : ": " + why), {}, false, {}};
     return verdict;
+  }
+  // The decoder stops at the end of the compressed stream; what follows is not the value.
+  std::ostringstream ignored;
+  const std::string complete = probe.encode_ini(text, ignored);
+  if (!complete.empty() && value.size() > complete.size() && value.rfind(complete, 0) == 0) {
+    return {"decode",
+            "the value is complete after " + std::to_string(complete.size()) + " characters and '" +
+                value.substr(complete.size()) + "' follows it",
+            {},
+            false,
+            {}};
   }
   const size_t hash = text.find('#'), semicolon = text.find(';');
   if (hash == std::string::npos || semicolon == std::string::npos || semicolon < hash ||
@@ -83,8 +95,14 @@ Verdict examine(const std::string& value) {
   return verdict;
 }
 
-// Whether the flash manager itself takes the value as its user record.
+// Whether the flash manager itself takes the value as its user record. What it prints about
+// a refused value is the verdict's business, not standard output's.
 bool loads(const std::string& value) {
+  struct Silence {
+    std::ostringstream sink;
+    std::streambuf* saved = std::cout.rdbuf(sink.rdbuf());
+    ~Silence() { std::cout.rdbuf(saved); }
+  } silence;
   const std::string key = PGMDEV_FLASH_MANAGER::USER_FLASH_KEY;
   cfg_set_value(key, "");
   const DWORD without = PGMDEV_FLASH_MANAGER(false, 1).get_flash_count();

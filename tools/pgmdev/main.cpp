@@ -1,5 +1,5 @@
 // Entry point of the pgmdev tool: builds the command tree and turns every failure into one
-// line on the standard error and a non-zero exit code.
+// line on the standard error and an exit code of its kind.
 #include <CLI/CLI.hpp>
 #include <cerrno>
 #include <cstdio>
@@ -8,23 +8,12 @@
 
 #include "cli.h"
 #include "platform.h"
+#include "report.h"
 #include "suggest.h"
 
 namespace {
 
 using namespace pgmdev::cli;
-
-enum EXIT_CODE { EXIT_OK = 0, EXIT_USER_ERROR = 1, EXIT_INTERNAL_ERROR = 3 };
-
-// Fatal reports reach main as exceptions; soft ones are shown as warnings as they happen.
-void install_report_hook() {
-  MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO& info) {
-    if (info.fatal) return;
-    std::cout.flush();
-    std::cerr << "pgmdev: warning: internal check failed in " << info.source_file << " (line "
-              << info.line << "): " << info.condition << '\n';
-  });
-}
 
 // The deepest command the command line reached, even when parsing failed there.
 CLI::App* reached_command(CLI::App& app) {
@@ -70,13 +59,14 @@ int report_parse_error(CLI::App& app, const CLI::ParseError& error) {
     message += unexpected_word_hint(command);
   }
   std::cerr << "pgmdev: " << message << " (see '" << command_path(command) << " --help')\n";
-  return error.get_exit_code();
+  return EXIT_USAGE_ERROR;  // whatever code the parser gives its kind of error
 }
 
 int run(int argc, char** argv) {
   Options options;
   CLI::App app{"Device data of FPGAs, CPLDs and their serial configuration flash.", "pgmdev"};
   app.set_version_flag("--version", ver_get_version());
+  app.set_help_all_flag("--help-all", "Print the help of every command");
   app.require_subcommand(1);
   register_info_command(app, options);
   register_catalog_command(app, options);
@@ -86,6 +76,8 @@ int run(int argc, char** argv) {
   register_hps_commands(app, options);
   register_generate_commands(app, options);
   register_dump_command(app, options);
+  register_completion_command(app);
+  app.footer(command_summary(app) + "\n" + help_footer());
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -106,8 +98,8 @@ void add_json_flag(CLI::App* command, Options& options) {
 void require_database_file(const std::string& relative, const std::string& what) {
   const std::string path = gen_get_device_db_fullpath() + relative;
   if (!FIO_FILE_SYSTEM::exists(path.c_str())) {
-    throw CliError("no " + what + " at " + path +
-                   " (run 'pgmdev generate all' or set PGMDEV_DEVICE_DB_DIR)");
+    throw DataFileError("the " + what + " is missing: " + path +
+                        "; run 'pgmdev generate all' or set PGMDEV_DEVICE_DB_DIR");
   }
 }
 
@@ -118,19 +110,8 @@ namespace {
 int run_reporting(int argc, char** argv) {
   try {
     return run(argc, argv);
-  } catch (const CliError& error) {
-    std::cout.flush();
-    std::cerr << "pgmdev: " << error.what() << did_you_mean(error.suggestions()) << '\n';
-    return EXIT_USER_ERROR;
-  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
-    std::cout.flush();
-    std::cerr << "pgmdev: internal error in " << error.source_file() << " (line " << error.line()
-              << "): " << error.condition() << '\n';
-    return EXIT_INTERNAL_ERROR;
-  } catch (const std::exception& error) {
-    std::cout.flush();
-    std::cerr << "pgmdev: " << error.what() << '\n';
-    return EXIT_USER_ERROR;
+  } catch (...) {
+    return report_exception(std::current_exception());
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iostream>
 
 namespace pgmdev::cli {
 
@@ -45,6 +46,39 @@ void print_fields(std::ostream& out, const Fields& fields) {
 void print_json(std::ostream& out, const nlohmann::json& document) {
   // Replace, not throw, on bytes that are not UTF-8: names come from files.
   out << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+}
+
+LibraryMessages::LibraryMessages(std::string headline)
+    : m_headline(std::move(headline)), m_saved(std::cout.rdbuf(m_text.rdbuf())) {}
+
+LibraryMessages::~LibraryMessages() {
+  std::cout.rdbuf(m_saved);
+  std::istringstream lines(m_text.str());
+  std::string line, joined;
+  while (std::getline(lines, line)) {
+    if (line.empty()) continue;
+    if (m_headline.empty()) {
+      std::cerr << "pgmdev: library: " << line << '\n';
+    } else {
+      joined += (joined.empty() ? "" : "; ") + line;
+    }
+  }
+  if (!joined.empty()) std::cerr << "pgmdev: warning: " << m_headline << " (" << joined << ")\n";
+}
+
+bool parse_hex(const std::string& text, unsigned long long& value) {
+  std::string digits = text;
+  if (digits.rfind("0x", 0) == 0 || digits.rfind("0X", 0) == 0) digits = digits.substr(2);
+  if (digits.empty() || digits.size() > 16 ||
+      digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
+    return false;
+  }
+  value = std::stoull(digits, nullptr, 16);
+  return true;
+}
+
+void print_json(std::ostream& out, const nlohmann::ordered_json& document) {
+  out << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }
 
 std::string hex_text(QWORD value, int digits) {

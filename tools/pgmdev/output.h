@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,8 +29,31 @@ class Table {
 using Fields = std::vector<std::pair<std::string, std::string>>;
 void print_fields(std::ostream& out, const Fields& fields);
 
-// A JSON document, indented, with a final newline.
-void print_json(std::ostream& out, const nlohmann::json& document);
+// A JSON document, indented, with a final newline; keys stay in the order they were given.
+void print_json(std::ostream& out, const nlohmann::ordered_json& document);
+
+// While it lives, what the library prints on standard output is kept; then each line is
+// shown on standard error, so standard output holds only the tool's results. With a
+// headline, the lines follow it in parentheses as one warning.
+class LibraryMessages {
+ public:
+  explicit LibraryMessages(std::string headline = "");
+  ~LibraryMessages();
+  LibraryMessages(const LibraryMessages&) = delete;
+  LibraryMessages& operator=(const LibraryMessages&) = delete;
+
+ protected:
+  std::string m_headline;
+  std::ostringstream m_text;
+  std::streambuf* m_saved;
+};
+
+// A table cell or field value for a flag: "yes" or "no".
+inline const char* yes_no(bool value) { return value ? "yes" : "no"; }
+
+// Hexadecimal digits with or without "0x" ("EF4018", "0xef4018"); false for anything else,
+// an empty text included.
+bool parse_hex(const std::string& text, unsigned long long& value);
 
 // "0x" and upper-case hexadecimal digits, at least `digits` of them.
 std::string hex_text(QWORD value, int digits = 8);

@@ -15,11 +15,16 @@ namespace {
 
 using ROW_HANDLER = std::function<void(DWORD row, const std::vector<std::string>& cells)>;
 
-// Calls `handle` for every non-empty line of the table, numbering rows from 0 (the type row).
+// Calls `handle` for every non-empty line of the table, numbering rows from 0 (the type row);
+// reports made meanwhile name the file and the line.
 void for_each_row(const FIO_PATH& csv_file, const ROW_HANDLER& handle) {
+  const MSG_CONTEXT file("table", csv_file.fullpath());
+  MSG_CONTEXT where("row", "");
   marlo_ifstream input(csv_file.fullpath());
   std::string line;
-  for (DWORD row = 0; read_trimmed_line(input, line); ++row) {
+  DWORD line_number = 0;
+  for (DWORD row = 0; read_trimmed_line(input, line, &line_number); ++row) {
+    where.set(std::to_string(line_number));
     handle(row, QTL_TOKENIZER::split(line, CELL_SEPARATORS));
   }
 }
@@ -28,6 +33,7 @@ void check_type_row(const std::vector<std::string>& svec) {
   DEV_INFO_CHECK(svec.size() == TOTAL_DEVICE_DATABASE_MEMBER,
                  "svec.size() == TOTAL_DEVICE_DATABASE_MEMBER");
   for (DWORD i = 0; i < TOTAL_DEVICE_DATABASE_MEMBER; ++i) {
+    const MSG_CONTEXT column("column", PGMDEV_DEVICE_INFO_COLUMNS[i].name), cell("cell", svec[i]);
     const std::string word = PGMDEV_DEVICE_INFO_COLUMNS[i].type_word;
     DEV_INFO_CHECK(svec.at(i) == word, "svec.at(i) == \"" + word + "\"");
   }
@@ -37,6 +43,7 @@ void check_name_row(const std::vector<std::string>& svec) {
   DEV_INFO_CHECK(DWORD(svec.size()) == TOTAL_DEVICE_DATABASE_MEMBER,
                  "DWORD(svec.size()) == TOTAL_DEVICE_DATABASE_MEMBER");
   for (DWORD i = 0; i < TOTAL_DEVICE_DATABASE_MEMBER; ++i) {
+    const MSG_CONTEXT column("column", PGMDEV_DEVICE_INFO_COLUMNS[i].name), cell("cell", svec[i]);
     std::string temp = svec[i];
     DEV_INFO_CHECK(stl_tolower(temp) == PGMDEV_DEVICE_INFO_COLUMNS[i].name,
                    "temp == m_db_name_list[i]");
@@ -52,6 +59,7 @@ QWORD data_row_size(const std::vector<std::string>& svec) {
   DEV_INFO_CHECK(id_count == 1, "status");
   QWORD size = TOTAL_DEVICE_DATABASE_MEMBER + DB_END_MARKER_SIZE;  // type bytes and END1
   for (DWORD i = 0; i < TOTAL_DEVICE_DATABASE_MEMBER; ++i) {
+    const MSG_CONTEXT column("column", PGMDEV_DEVICE_INFO_COLUMNS[i].name), cell("cell", svec[i]);
     switch (PGMDEV_DEVICE_INFO_COLUMNS[i].type) {
       case PGMDEV_MANAGER_DEVID_ENUM:
       case PGMDEV_MANAGER_DWORD:
@@ -103,6 +111,7 @@ void PGMDEV_DEV_INFO_MANAGER::dump_to_database(DB_WRITER& writer,
                  "DWORD(svec.size()) == TOTAL_DEVICE_DATABASE_MEMBER");
   for (DWORD i = 0; i < TOTAL_DEVICE_DATABASE_MEMBER; ++i) {
     const PGMDEV_DEVICE_INFO_COLUMN& column = PGMDEV_DEVICE_INFO_COLUMNS[i];
+    const MSG_CONTEXT where("column", column.name), cell("cell", cells[i]);
     switch (column.type) {
       case PGMDEV_MANAGER_ENUM:
         dump_enum_to_database(writer, cells[i], column.type_name);
@@ -181,6 +190,7 @@ void PGMDEV_DEV_INFO_MANAGER::generate_device_database(FIO_PATH csv_file, FIO_PA
   print_table(writer);
   DEV_INFO_CHECK(writer.index() == memory_size, "index == memory_size");
   // The new file must load, with every check of the loader, before it replaces the old one.
+  const MSG_CONTEXT written("output", database_file.fullpath());
   write_database_file(database_file, writer.data(), MODULE_DEV_INFO, [](const std::string& staged) {
     PGMDEV_DEV_INFO_MANAGER loaded(true, 0);
     loaded.initialize_device_database(FIO_PATH(staged));

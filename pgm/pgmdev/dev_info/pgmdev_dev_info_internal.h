@@ -29,6 +29,6 @@ namespace pgmdev {
 
 // Reads the next line that is not empty once trimmed; false at the end of the stream. A line
 // longer than the readers' limit is refused rather than split.
-bool read_trimmed_line(std::istream& input, std::string& line);
+bool read_trimmed_line(std::istream& input, std::string& line, DWORD* line_number = nullptr);
 
 }  // namespace pgmdev

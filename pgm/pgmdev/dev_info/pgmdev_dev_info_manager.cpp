@@ -76,6 +76,7 @@ const PGMDEV_DEVICE_INFO* PGMDEV_DEV_INFO_MANAGER::get_device_database() const {
 }
 
 void PGMDEV_DEV_INFO_MANAGER::initialize_device_database(FIO_PATH device_file) {
+  const MSG_CONTEXT file("file", device_file.fullpath());
   const std::vector<BYTE> image =
       read_database_file(device_file,
                          "FIO_FILE_SYSTEM::exists(device_file.fullpath().c_str()) && "

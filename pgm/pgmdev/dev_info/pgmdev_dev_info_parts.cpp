@@ -9,8 +9,9 @@
 
 namespace pgmdev {
 
-bool read_trimmed_line(std::istream& input, std::string& line) {
+bool read_trimmed_line(std::istream& input, std::string& line, DWORD* line_number) {
   while (std::getline(input, line)) {
+    if (line_number != nullptr) ++*line_number;
     DEV_INFO_CHECK(line.size() < MAX_LINE_LENGTH, "line.size() < 10240");
     if (!gen_remove_leading_and_trailing_white_spaces(line).empty()) return true;
   }
@@ -31,9 +32,13 @@ void PGMDEV_DEV_INFO_MANAGER::parse_pgm_parts() {
                                     path.c_str(), kind.c_str());
     return;
   }
+  const MSG_CONTEXT file("table", path);
+  MSG_CONTEXT row("row", "");
   marlo_ifstream input(path);
   std::string line;
-  while (pgmdev::read_trimmed_line(input, line)) {
+  DWORD line_number = 0;
+  while (pgmdev::read_trimmed_line(input, line, &line_number)) {
+    row.set(std::to_string(line_number));
     // "//" comment lines, and the "#" version and signature lines that other readers check.
     if (line.compare(0, 2, "//") == 0 || line[0] == '#') continue;
     const std::vector<std::string> cells = QTL_TOKENIZER::split(line, pgmdev::CELL_SEPARATORS);

@@ -16,15 +16,19 @@ constexpr const char* SEPARATORS = " \t\n,";
 // Line 0 holds the type words, line 1 the column names, lines 2 to 7 notes; records follow.
 constexpr DWORD FIRST_RECORD_LINE = 8;
 
-// The table's lines that hold anything once trimmed, each split into its cells.
-std::vector<std::vector<std::string>> read_table(const FIO_PATH& source, bool& status) {
+// The table's lines that hold anything once trimmed, each split into its cells; with
+// `line_numbers`, where each sits in the file (from 1), for reports on a bad cell.
+std::vector<std::vector<std::string>> read_table(const FIO_PATH& source, bool& status,
+                                                 std::vector<DWORD>* line_numbers = nullptr) {
   std::vector<std::vector<std::string>> lines;
   marlo_ifstream input(source.fullpath());
   status = input.good();
   std::string line;
-  while (status && std::getline(input, line)) {
+  for (DWORD number = 1; status && std::getline(input, line); ++number) {
     gen_remove_leading_and_trailing_white_spaces(line);
-    if (!line.empty()) lines.push_back(QTL_TOKENIZER::split(line, SEPARATORS));
+    if (line.empty()) continue;
+    lines.push_back(QTL_TOKENIZER::split(line, SEPARATORS));
+    if (line_numbers != nullptr) line_numbers->push_back(number);
   }
   status = status && !input.bad();
   return lines;
@@ -54,6 +58,7 @@ void check_type_row(const std::vector<std::string>& svec) {
                "svec.size() == TOTAL_DATABASE_MEMBER", MODULE);
   const pgmdev::FLASH_COLUMN_TABLE& columns = pgmdev::flash_columns();
   for (size_t i = 0; i < svec.size(); ++i) {
+    const MSG_CONTEXT column("column", columns[i].name), cell("cell", svec[i]);
     PGMDEV_CHECK(svec.at(i) == pgmdev::flash_column_type_word(columns[i].type),
                  type_condition(columns[i].type), MODULE);
   }
@@ -64,6 +69,7 @@ void check_name_row(const std::vector<std::string>& svec) {
                "svec.size() == TOTAL_DATABASE_MEMBER", MODULE);
   const pgmdev::FLASH_COLUMN_TABLE& columns = pgmdev::flash_columns();
   for (size_t i = 0; i < svec.size(); ++i) {
+    const MSG_CONTEXT column("column", columns[i].name), cell("cell", svec[i]);
     PGMDEV_CHECK(svec[i] == columns[i].name, "temp == m_name_list[i]", MODULE);
   }
 }
@@ -93,11 +99,14 @@ QWORD record_size(const std::vector<std::string>& svec) {
 
 DWORD PGMDEV_FLASH_MANAGER::check_flash_file(const FIO_PATH& source, DWORD& record_count) const {
   bool status = false;
-  const std::vector<std::vector<std::string>> lines = read_table(source, status);
+  const MSG_CONTEXT file("table", source.fullpath());
+  std::vector<DWORD> line_numbers;
+  const std::vector<std::vector<std::string>> lines = read_table(source, status, &line_numbers);
   record_count = 0;
   QWORD body_size = pgmdev::DB_BODY_HEAD_SIZE + pgmdev::DB_END_MARKER_SIZE;
   for (DWORD number = 0; number < lines.size(); ++number) {
     const std::vector<std::string>& svec = lines[number];
+    const MSG_CONTEXT row("row", std::to_string(line_numbers[number]));
     if (number == 0) {
       check_type_row(svec);
     } else if (number == 1) {
@@ -130,15 +139,19 @@ void PGMDEV_FLASH_MANAGER::generate_flash_database(const FIO_PATH& source, const
   writer.dump_dword_database(record_count);
   writer.dump_dword_database(TOTAL_DATABASE_MEMBER);
   bool status = false;
-  const std::vector<std::vector<std::string>> lines = read_table(source, status);
+  const MSG_CONTEXT file("table", source.fullpath());
+  std::vector<DWORD> line_numbers;
+  const std::vector<std::vector<std::string>> lines = read_table(source, status, &line_numbers);
   PGMDEV_CHECK(status, "status", MODULE);
   for (DWORD number = FIRST_RECORD_LINE; number < lines.size(); ++number) {
+    const MSG_CONTEXT row("row", std::to_string(line_numbers[number]));
     dump_to_database(writer, lines[number]);
     writer.dump_data_type_end();
   }
   writer.dump_database_end();
   PGMDEV_CHECK(writer.index() == writer.size(), "index == memory_size", MODULE);
   // The new file must load, with every check of the loader, before it replaces the old one.
+  const MSG_CONTEXT written("output", output.fullpath());
   pgmdev::write_database_file(output, writer.data(), MODULE, [](const std::string& staged) {
     PGMDEV_FLASH_MANAGER loaded(false, 1, true, false);
     loaded.initialize_flash_database(FIO_PATH(staged));
@@ -151,6 +164,7 @@ void PGMDEV_FLASH_MANAGER::dump_to_database(pgmdev::DB_WRITER& writer,
                "DWORD(svec.size()) == TOTAL_DATABASE_MEMBER", MODULE);
   const pgmdev::FLASH_COLUMN_TABLE& columns = pgmdev::flash_columns();
   for (size_t i = 0; i < columns.size(); ++i) {
+    const MSG_CONTEXT column("column", columns[i].name), cell("cell", cells[i]);
     switch (columns[i].type) {
       case pgmdev::FLASH_COLUMN_STRING:
         dump_string_to_database(writer, cells[i]);

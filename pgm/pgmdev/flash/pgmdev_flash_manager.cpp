@@ -50,6 +50,7 @@ PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(bool, DWORD device_count, bool skip_l
 }
 
 void PGMDEV_FLASH_MANAGER::initialize_flash_database(const FIO_PATH& flash_file) {
+  const MSG_CONTEXT file("file", flash_file.fullpath());
   const std::vector<BYTE> image = pgmdev::read_database_file(
       flash_file,
       "FIO_FILE_SYSTEM::exists(flash_file.fullpath().c_str()) && "

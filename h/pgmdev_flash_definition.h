@@ -1,0 +1,53 @@
+// The questions of the flash definition dialogue and the one rule each answer must follow,
+// shared by the library's console dialogue and any front-end that asks them its own way.
+#pragma once
+
+#include <string>
+
+#include "pgm_types.h"
+
+class PGMDEV_FLASH_DEFINITION {
+ public:
+  // How strict a front-end wants the questions. The library's dialogue uses neither: it
+  // checks the three ID positions after the last answer and accepts a divisor that the
+  // loader refuses, as it always has.
+  struct STRICTNESS {
+    bool positions_early = false;  // refuse a clashing ID position when it is given
+    bool loadable_only = false;    // refuse answers that would give a value that never loads
+  };
+
+  static constexpr DWORD MAX_TEXT_SIZE = 19;
+
+  PGMDEV_FLASH_DEFINITION();
+  explicit PGMDEV_FLASH_DEFINITION(STRICTNESS strictness);
+
+  // Whether every question of the chip has an accepted answer.
+  bool done() const;
+  // The current question: its prompt (ending in " : "), its field name, what it accepts in
+  // words, and whether it takes free text (names, voltage).
+  const char* prompt() const;
+  const char* field() const;
+  std::string limits() const;
+  bool is_text() const;
+
+  // Checks an answer to the current question as the dialogue reads it (blanks around it
+  // dropped, letters in capitals). Accepted: its field is recorded and the next question
+  // comes. Refused: false, and `reason` says why.
+  bool answer(const std::string& text, std::string& reason);
+
+  // After the last answer: the three ID positions must differ. True with the fields text
+  // ("@" before each field and at the end); false with the reason.
+  bool finish(std::string& line, std::string& reason) const;
+
+  // The answer text as the rule reads it.
+  static std::string normalise(const std::string& text);
+
+ private:
+  void skip_fixed_fields();
+
+  STRICTNESS m_strictness;
+  size_t m_next = 0;
+  std::string m_line;
+  DWORD m_density = 0;                        // Mbit, for the addressing field
+  DWORD m_positions[3] = {0xFF, 0xFF, 0xFF};  // memory ID, memory type, manufacturer ID
+};

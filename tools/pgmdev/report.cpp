@@ -1,0 +1,155 @@
+// Turns every failure into one line on standard error: a sentence for the user first, then
+// the library's condition text and where it stood in parentheses for the maintainer.
+#include "report.h"
+
+#include <algorithm>
+#include <iostream>
+
+#include "cli.h"
+#include "platform.h"
+#include "suggest.h"
+
+namespace pgmdev::cli {
+
+namespace {
+
+bool g_data_file_warning = false;  // a soft report named a data file
+std::vector<std::string> g_notes;  // said after the report
+
+std::string context_value(const CONTEXT& context, const std::string& name) {
+  for (auto it = context.rbegin(); it != context.rend(); ++it) {
+    if (it->first == name) return it->second;
+  }
+  return "";
+}
+
+bool has(const CONTEXT& context, const std::string& name) {
+  for (const auto& entry : context) {
+    if (entry.first == name) return true;
+  }
+  return false;
+}
+
+// "row 12, column memory_id, cell 'ZZ'": the place of a bad cell in a source table.
+std::string cell_place(const CONTEXT& context) {
+  std::string place = "row " + context_value(context, "row");
+  if (has(context, "column")) place += ", column " + context_value(context, "column");
+  if (has(context, "cell")) place += ", cell '" + context_value(context, "cell") + "'";
+  return place;
+}
+
+void print_line(const std::string& message) {
+  std::cout.flush();
+  std::cerr << "pgmdev: " << message << '\n';
+}
+
+}  // namespace
+
+int report_first(std::exception_ptr error);
+
+std::string help_footer() {
+  return "Environment:\n"
+         "  PGMDEV_CONFIG_FILE       INI file of configuration keys (the environment wins)\n"
+         "  PGMDEV_DEVICE_DB_DIR     folder of the database files (share/pgmdev)\n"
+         "  PGMDEV_INSTALL_DIR       installation folder; its h/pgm_parts.txt is the parts list\n"
+         "  PGMDEV_MODULE_DIR        folder of pgm_flash.ini, the HPS user definitions\n"
+         "  PGM_3RD_PARTY_FLASH_INI  a user flash definition value (see 'flash define')\n"
+         "  PGM_ALLOW_<word>         turns on the flash records gated by <word>\n"
+         "  PGMDEV_VERSION, PGMDEV_VERSION_INDEX  version text and index to report\n"
+         "  PGMDEV_DEBUG_LEVEL       debug messages on standard error up to this level\n"
+         "\n"
+         "Exit codes:\n"
+         "  0  success\n"
+         "  1  not found, or bad input\n"
+         "  2  usage error (the command line)\n"
+         "  3  internal error (a broken invariant of the library)\n"
+         "  4  a data file is missing, unreadable, corrupt or stale (the message names it)\n";
+}
+
+Failure describe_library_failure(const std::string& condition, const std::string& module, int line,
+                                 const CONTEXT& context) {
+  std::string detail = " (" + condition;
+  if (!module.empty()) detail += "; " + module;
+  if (line > 0) detail += " line " + std::to_string(line);
+  detail += ")";
+  // The innermost kind of place decides: writing a file, a cell of a table, a data file.
+  for (auto it = context.rbegin(); it != context.rend(); ++it) {
+    const std::string& kind = it->first;
+    if (kind == "output") {
+      return {EXIT_USER_ERROR, "cannot write " + it->second +
+                                   "; check that its folder exists and is writable" + detail};
+    }
+    if (kind == "table") {
+      if (!has(context, "row")) {
+        return {EXIT_USER_ERROR, "the source table " + it->second +
+                                     " is refused as a whole; check that it is readable and "
+                                     "has its rows" +
+                                     detail};
+      }
+      return {EXIT_USER_ERROR, "the source table " + it->second + " has a bad value at " +
+                                   cell_place(context) + "; correct it and run again" + detail};
+    }
+    if (kind == "file") {
+      // The outermost name is the one the user gave (a dump reads through a scratch copy).
+      const std::string& file = std::find_if(context.begin(), context.end(), [](const auto& e) {
+                                  return e.first == "file";
+                                })->second;
+      return {EXIT_DATA_FILE, "the data file " + file +
+                                  " is unreadable, corrupt or stale; rebuild it with 'pgmdev "
+                                  "generate all' or set PGMDEV_DEVICE_DB_DIR" +
+                                  detail};
+    }
+  }
+  return {EXIT_INTERNAL_ERROR,
+          "internal error: a check inside the library failed; please report it" + detail};
+}
+
+int report_exception(std::exception_ptr error) {
+  const int code = report_first(error);
+  for (const std::string& note : g_notes) print_line(note);
+  return code;
+}
+
+void note_after_report(const std::string& line) { g_notes.push_back(line); }
+
+int report_first(std::exception_ptr error) {
+  try {
+    std::rethrow_exception(error);
+  } catch (const DataFileError& failure) {
+    print_line(failure.what());
+    return EXIT_DATA_FILE;
+  } catch (const CliError& failure) {
+    print_line(failure.what() + did_you_mean(failure.suggestions()));
+    return g_data_file_warning ? EXIT_DATA_FILE : EXIT_USER_ERROR;
+  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& failure) {
+    const MSG_INTERNAL_ERROR_INFO& info = failure.info();
+    const Failure described =
+        describe_library_failure(info.condition, info.source_file, info.line, info.context);
+    print_line(described.message);
+    return described.exit_code;
+  } catch (const std::exception& failure) {
+    // Thrown by the library without a report (a short line of the parts list): the place
+    // it stood is still known.
+    const CONTEXT where = MSG_CONTEXT::unwound();
+    if (!where.empty()) {
+      const Failure described = describe_library_failure(failure.what(), "", 0, where);
+      print_line(described.message);
+      return described.exit_code;
+    }
+    print_line(failure.what());
+    return EXIT_USER_ERROR;
+  }
+}
+
+void install_report_hook() {
+  MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO& info) {
+    if (info.fatal) return;  // reaches main as an exception
+    const Failure described =
+        describe_library_failure(info.condition, info.source_file, info.line, info.context);
+    if (described.exit_code == EXIT_DATA_FILE) g_data_file_warning = true;
+    std::cout.flush();
+    std::cerr << "pgmdev: warning: " << described.message << '\n';
+  });
+}
+
+}  // namespace pgmdev::cli

@@ -1,0 +1,42 @@
+// How the pgmdev tool ends: its exit codes and the one-line report of each kind of failure.
+#pragma once
+
+#include <exception>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace pgmdev::cli {
+
+enum EXIT_CODE {
+  EXIT_OK = 0,
+  EXIT_USER_ERROR = 1,      // not found, or bad input
+  EXIT_USAGE_ERROR = 2,     // the command line itself
+  EXIT_INTERNAL_ERROR = 3,  // a broken invariant of the library
+  EXIT_DATA_FILE = 4,       // a data file missing, unreadable, corrupt or stale
+};
+
+// The exit codes and environment variables, as `pgmdev --help` ends.
+std::string help_footer();
+
+using CONTEXT = std::vector<std::pair<std::string, std::string>>;
+
+// A failure reported by the library with where it stood (file, row, column, cell): the
+// sentence for the user, with the condition text and its module in parentheses.
+struct Failure {
+  int exit_code;
+  std::string message;
+};
+Failure describe_library_failure(const std::string& condition, const std::string& module, int line,
+                                 const CONTEXT& context);
+
+// A line said after the failure's own report (what was left untouched), as "pgmdev: LINE".
+void note_after_report(const std::string& line);
+
+// Turns the exception in flight into its line on standard error and returns the exit code.
+int report_exception(std::exception_ptr error);
+
+// Soft reports become warnings; one about a data file makes the exit code 4.
+void install_report_hook();
+
+}  // namespace pgmdev::cli
