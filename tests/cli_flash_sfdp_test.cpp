@@ -48,7 +48,7 @@ TEST(CliFlashSfdp, EveryDumpsValuePassesTheCheckAndLoadsAsRecordZero) {
                      {{"PGM_3RD_PARTY_FLASH_INI", value}});
     ASSERT_EQ(result.exit_code, 0) << result.err;
     const json answer = json::parse(result.out)[0];
-    EXPECT_EQ(answer["index"], 0);
+    EXPECT_EQ(answer["number"], 1);  // the user record comes first
     EXPECT_EQ(answer["record"]["device_name"], "SFDP-TEST");
   }
 }

@@ -220,7 +220,7 @@ TEST_F(CliSafety, GeneratorsReplaceOnlyRegularFiles) {
     const CliResult result = run_limited(
         {"generate", "flash", (SOURCE / "data" / "pgm_flash.csv").string(), target.string()}, {},
         {});
-    EXPECT_EQ(result.exit_code, 3) << target;
+    EXPECT_EQ(result.exit_code, 4) << target;
     EXPECT_TRUE(contains(result.err, target.string() + " " + why + "; it was left as it is"))
         << result.err;
   }
@@ -236,7 +236,7 @@ TEST_F(CliSafety, GeneratorsReplaceOnlyRegularFiles) {
   ::chmod(old.c_str(), 0444);
   const CliResult result =
       run_cli({"generate", "flash", (SOURCE / "data" / "pgm_flash.csv").string(), old.string()});
-  EXPECT_EQ(result.exit_code, 3);
+  EXPECT_EQ(result.exit_code, 4);
   EXPECT_TRUE(contains(result.err, old.string() + " is read-only; it was left as it is"));
   EXPECT_EQ(read_whole_file(old), "old");
 
@@ -263,7 +263,12 @@ TEST_F(CliSafety, GeneratorsRefuseWhatTheirLoaderRefuses) {
   table << lines[8] << '\n';  // the first record again, a default like the original
   table.close();
   const CliResult result = run_cli({"generate", "flash", twice.string(), out.string()});
-  EXPECT_EQ(result.exit_code, 3);
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err.rfind("pgmdev: the source table " + twice.string() +
+                                 " gives a database file that its loader refuses",
+                             0),
+            0u)
+      << result.err;
   EXPECT_TRUE(contains(result.err, "!one_default")) << result.err;
   EXPECT_TRUE(contains(result.err, out.string() + " was not replaced")) << result.err;
   EXPECT_EQ(read_whole_file(out), before);
@@ -286,7 +291,7 @@ TEST_F(CliSafety, GeneratorsRefuseWhatTheirLoaderRefuses) {
   }
   const CliResult all =
       run_cli({"generate", "all", "--data", data.string(), "--out", tree.string()});
-  EXPECT_EQ(all.exit_code, 3);
+  EXPECT_EQ(all.exit_code, 1);
   EXPECT_TRUE(contains(all.err, "the tree " + tree.string() + " was left as it was")) << all.err;
   for (const fs::path& file : files) {
     EXPECT_EQ(read_whole_file(file), "old " + file.filename().string());
@@ -322,7 +327,9 @@ TEST_F(CliSafety, FullDiskAndFullOutput) {
   const CliResult result =
       run_limited({"generate", "flash", (SOURCE / "data" / "pgm_flash.csv").string(), out.string()},
                   {}, {"", 1000});
-  EXPECT_EQ(result.exit_code, 3);
+  EXPECT_EQ(result.exit_code, 4);
+  EXPECT_TRUE(contains(result.err, "\npgmdev: cannot write the database file " + out.string()))
+      << result.err;
   EXPECT_TRUE(contains(result.err, "cannot write " + out.string() + ": File too large"))
       << result.err;
   EXPECT_EQ(read_whole_file(out), "old");

@@ -76,8 +76,10 @@ Failure describe_library_failure(const std::string& condition, const std::string
   for (auto it = context.rbegin(); it != context.rend(); ++it) {
     const std::string& kind = it->first;
     if (kind == "output") {
-      return {EXIT_USER_ERROR, "cannot write " + it->second +
-                                   "; check that its folder exists and is writable" + detail};
+      return {EXIT_DATA_FILE, "cannot write the database file " + it->second +
+                                  "; check that it is a regular file in a folder you can "
+                                  "write" +
+                                  detail};
     }
     if (kind == "table") {
       if (!has(context, "row")) {
@@ -88,6 +90,13 @@ Failure describe_library_failure(const std::string& condition, const std::string
       }
       return {EXIT_USER_ERROR, "the source table " + it->second + " has a bad value at " +
                                    cell_place(context) + "; correct it and run again" + detail};
+    }
+    if (kind == "file" && has(context, "output")) {
+      // The new file read back before it replaces the old one: the table made it so.
+      return {EXIT_USER_ERROR, "the source table " + context_value(context, "table") +
+                                   " gives a database file that its loader refuses; correct "
+                                   "the table and run again" +
+                                   detail};
     }
     if (kind == "file") {
       // The outermost name is the one the user gave (a dump reads through a scratch copy).
