@@ -6,7 +6,7 @@
 
 #include "pgm_types.h"
 
-class PGMDEV_FLASH_DEFINITION {
+class PGMDEV_API PGMDEV_FLASH_DEFINITION {
  public:
   // How strict a front-end wants the questions. The library's dialogue uses neither: it
   // checks the three ID positions after the last answer and accepts a divisor that the

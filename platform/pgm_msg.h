@@ -61,7 +61,7 @@ class PGMDEV_API MSG_INTERNAL_ERROR {
 // Names what the calling thread is working on (a file, a row, a column, a cell) for as long
 // as it lives; every report made meanwhile carries the open scopes in its `context`, so a
 // front-end can say where a bad value sits without parsing condition texts.
-class MSG_CONTEXT {
+class PGMDEV_API MSG_CONTEXT {
  public:
   MSG_CONTEXT(const std::string& name, const std::string& value);
   ~MSG_CONTEXT();

@@ -40,6 +40,7 @@ PUBLIC = {
     "pgmdev_hps_mgr.h": "hps",
     "pgmdev_hps_names.h": "hps",
     "pgmdev_sfdp.h": "flash",
+    "pgmdev_flash_definition.h": "flash",
     "pgmdev_mgr.h": "api",
     "pgmdev_catalog_names.h": "api",
     "pgmdev_encoded_messages.h": "api",
