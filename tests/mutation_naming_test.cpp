@@ -1,11 +1,11 @@
 // Mutation runs over the embedded naming blobs: the compressed arrays as shipped, and the
 // inflated blobs behind a valid trailer so that the payload parsers see every mutant.
-#include "mutation_support.h"
-#include "pgm_zlib.h"
 #include "codec/pgmdev_le_codec.h"
+#include "mutation_support.h"
 #include "naming/pgmddb_naming_data.h"
 #include "naming/pgmdev_naming_codec.h"
 #include "naming/pgmdev_naming_db.h"
+#include "pgm_zlib.h"
 
 namespace {
 
@@ -46,7 +46,8 @@ TEST(MutationNaming, PayloadsEndInValueOrInternalError) {
     PGMDEV_DDB_OPN_DB db;
     pgmdev::parse_opn_payload(blob.data(), DWORD(blob.size()), db);
     // One slot per number the payload's count announces.
-    EXPECT_EQ(db.m_slots.size(), pgmdev::codec::load_le<DWORD>(blob.data() + pgmdev::NAMING_MAGIC_SIZE));
+    EXPECT_EQ(db.m_slots.size(),
+              pgmdev::codec::load_le<DWORD>(blob.data() + pgmdev::NAMING_MAGIC_SIZE));
   });
   EXPECT_GT(opn_outcomes.refusals, 0u);
   // The grammar blob is large; a tenth of the mutants keeps the run short.
