@@ -65,16 +65,32 @@ NOTES_BEFORE = [
     "# Identifier bytes are those of the JEDEC read-identification command 9Fh: position 0 "
     "manufacturer, 1 memory type, 2 capacity (memory ID and memory type change places where "
     "the capacity byte is 00 or FF). Chips that answer the same three bytes share one record "
-    "named after all of them, with the more conservative values.",
+    "named after all of them, with the more conservative values. Identifiers more than one "
+    "chip answers: EF 40 18 is also Zetta ZD25Q128C's, answered by W25Q128JV-IQ (same 16 MiB "
+    "though the Zetta table declares 2 MiB, 64 KB erase in both, times the Winbond line's worst "
+    "case); 01 20 18 (S25FL128S/S25FL127S) and 01 02 19 (S25FL256S) are also those of the "
+    "256 KB-sector variants, told apart only by the fifth identifier byte: a 64 KB erase where "
+    "the chip erases 256 KB destroys the neighbours, a 256 KB step where it erases 64 KB leaves "
+    "old data, so no record is safe for both and these load only with PGM_ALLOW_SECTOR_64K "
+    "(64 KB-sector chips, fifth byte 01); C2 25 36 is MX25U3235F's and a 3 V part's, answered "
+    "by MX25U3235F at 1.8V (a 3 V chip fed 1.8 V fails to answer, a 1.8 V chip fed 3.3 V is "
+    "damaged) with times no shorter than either line's.",
 ]
 NOTES_AFTER = [
-    "# Timings are conservative estimates, not verified figures: the maximum of the recalled "
-    "datasheet values, rounded up (page program to whole milliseconds); unknown chip erase 2 s "
-    "per Mbit (at least 30 s), unknown sector erase 3 s per 64 KB, unknown page program 5 ms. "
-    "Protection: the value sets every block-protect bit of the mask, the unprotect value clears "
-    "them; division 6 for three block-protect bits, log2(size / 64 KB) for four, FF without "
-    "known status-register protection. Where chips' own SFDP dumps exist (data/flash_sfdp_maxima.tsv), every time is at least the largest maximum they declare (erase times rounded up to whole seconds, page program to whole milliseconds) and the sector is the largest erase size every region of their erase layout supports. Gated: UNVERIFIED where the facts are doubtful, "
-    "DIE_SELECT where the chip needs software die selection.",
+    "# Timings are timeouts, never below what the chip allows: where a chip's own SFDP dumps "
+    "exist (data/flash_sfdp_maxima.tsv) every time is at least the largest maximum they declare; "
+    "a chip without a dump of its own takes the worst case over the dumps of its maker's line "
+    "(same maker, series and voltage, any density, never scaled down; the line and the dumps "
+    "used stand in data/flash_chips.tsv); erase times rounded up to whole seconds, page program "
+    "to whole milliseconds; where a recalled datasheet estimate is longer it stays (a longer "
+    "timeout costs nothing on a healthy chip). Without any dump: the recalled maximum rounded "
+    "up; unknown chip erase 2 s per Mbit (at least 30 s), unknown sector erase 3 s per 64 KB, "
+    "unknown page program 5 ms. The sector is the largest erase size every region of the "
+    "chip's own erase layout supports. Protection: the value sets every block-protect bit of "
+    "the mask, the unprotect value clears them; division 6 for three block-protect bits, "
+    "log2(size / 64 KB) for four, FF without known status-register protection. Gated: "
+    "UNVERIFIED where the facts are doubtful, DIE_SELECT where the chip needs software die "
+    "selection, SECTOR_64K where the identifier is also a 256 KB-sector variant's.",
 ]
 
 # Chips whose facts are doubtful, and chips that need a die-select command the flows lack.
@@ -82,6 +98,15 @@ GATES = {
     "AT25SF128A": "UNVERIFIED",  # voltage contradicts between sources, protection unknown
     "XT25F128B": "UNVERIFIED",  # block-protect encoding not known
     "IS25LP512M": "UNVERIFIED",  # die count not known
+    "IS25WP512M": "UNVERIFIED",  # die count not known
+    "IS25LP01G": "UNVERIFIED",  # die count not known
+    "IS25WP01G": "UNVERIFIED",  # die count not known
+    "W25Q02NW-IM": "UNVERIFIED",  # die count not known
+    # Their three identifier bytes are also those of 256 KB-sector variants, which no single
+    # record serves safely: the records load only where the site has 64 KB-sector chips.
+    "S25FL128S": "SECTOR_64K",
+    "S25FL127S": "SECTOR_64K",
+    "S25FL256S": "SECTOR_64K",
     "W25M512JV": "DIE_SELECT",  # two stacked dies selected with C2h
 }
 COMMODITY_FLASH = 32  # configuration device type code of third-party serial flash
@@ -107,6 +132,8 @@ def byte_cell(value):
 
 
 def bulk_erase_seconds(cell, mbit, dies):
+    if cell == "sfdp":
+        return 1
     figure = max_figure(cell)
     if figure is None:
         return max(30, math.ceil(2 * mbit))
@@ -114,6 +141,8 @@ def bulk_erase_seconds(cell, mbit, dies):
 
 
 def sector_erase_seconds(cell, sector_kb):
+    if cell == "sfdp":
+        return 1
     figure = max_figure(cell)
     if figure is None:
         return 3 * math.ceil(sector_kb / 64)
@@ -121,6 +150,8 @@ def sector_erase_seconds(cell, sector_kb):
 
 
 def program_microseconds(cell):
+    if cell == "sfdp":
+        return 1000
     figure = max_figure(cell)
     return 5000 if figure is None else 1000 * math.ceil(figure)
 
@@ -137,30 +168,49 @@ def protection(row, size_bytes):
     return mask, division, (1 << int(tb.group(1))) if tb else 0
 
 
+TIME_KEYS = ("sector_erase_max_ms", "chip_erase_max_ms", "page_program_max_us")
+
+
 def sfdp_maxima():
-    """Per identifier ("C2 20 1B"): the smallest sector and the largest declared times of its dumps."""
-    maxima = {}
+    """What the dumps declare, per identifier ("C2 20 1B") and per maker's line: the smallest
+    sector (identifier only) and the largest declared times with the dumps that declare them."""
+    by_id, by_line = {}, {}
     with open(SFDP_MAXIMA, encoding="utf-8") as table:
         lines = [line for line in table if not line.startswith("#")]
     for row in csv.DictReader(lines, delimiter="\t"):
-        entry = maxima.setdefault(row["rdid_9F"].upper(), {"sector_kb": int(row["sector_KB"])})
+        entry = by_id.setdefault(row["rdid_9F"].upper(), {"sector_kb": int(row["sector_KB"])})
         entry["sector_kb"] = min(entry["sector_kb"], int(row["sector_KB"]))
-        for key in ("sector_erase_max_ms", "chip_erase_max_ms", "page_program_max_us"):
-            if row[key] != "-":
-                entry[key] = max(entry.get(key, 0), int(row[key]))
-    return maxima
+        if row["chip_erase_max_ms"] == "-":
+            continue  # revision 1.0 tables declare no times
+        for target in (entry, by_line.setdefault(row["line"], {})):
+            target.setdefault("dumps", []).append(row["dump"])
+            for key in TIME_KEYS:
+                target[key] = max(target.get(key, 0), int(row[key]))
+    return by_id, by_line
 
 
-def apply_sfdp(record, entry):
-    """The chip's own sector rule, and its declared maxima where they exceed the estimates."""
-    record["device_sector_byte"] = min(record["device_sector_byte"], entry["sector_kb"] * 1024)
-    if "sector_erase_max_ms" in entry:  # never below the estimate: stacked dies erase in turn
-        record["sec_erase_time"] = max(record["sec_erase_time"],
-                                       math.ceil(entry["sector_erase_max_ms"] / 1000))
-        record["bulk_erase_time"] = max(record["bulk_erase_time"],
-                                        math.ceil(entry["chip_erase_max_ms"] / 1000))
-        record["program_utime"] = max(record["program_utime"],
-                                      1000 * math.ceil(entry["page_program_max_us"] / 1000))
+def times_from(own, line):
+    """Which dumps a chip's times come from: its own, then the rest of its maker's line."""
+    own_dumps = own.get("dumps", []) if own else []
+    line_dumps = [d for d in (line or {}).get("dumps", []) if d not in own_dumps]
+    parts = (["own:" + "+".join(own_dumps)] if own_dumps else []) + (
+        ["line:" + "+".join(line_dumps)] if line_dumps else [])
+    return ";".join(parts) or "estimate"
+
+
+def apply_sfdp(record, own, line):
+    """The chip's own sector rule, and the declared maxima of its own dumps and its line's
+    where they exceed the estimates (never scaled down by density)."""
+    if own:
+        record["device_sector_byte"] = min(record["device_sector_byte"], own["sector_kb"] * 1024)
+    for entry in (own, line):
+        if entry and "dumps" in entry:  # never below the estimate: stacked dies erase in turn
+            record["sec_erase_time"] = max(record["sec_erase_time"],
+                                           math.ceil(entry["sector_erase_max_ms"] / 1000))
+            record["bulk_erase_time"] = max(record["bulk_erase_time"],
+                                            math.ceil(entry["chip_erase_max_ms"] / 1000))
+            record["program_utime"] = max(
+                record["program_utime"], 1000 * math.ceil(entry["page_program_max_us"] / 1000))
 
 
 def chip_record(row):
@@ -237,12 +287,15 @@ def cell(kind, value):
 def build():
     with open(FACTS, newline="", encoding="utf-8") as facts:
         rows = list(csv.DictReader(facts, delimiter="\t"))
-    maxima = sfdp_maxima()
+    by_id, by_line = sfdp_maxima()
     groups = {}
     for row in rows:
         record = chip_record(row)
-        if row["rdid_9F"].upper() in maxima:
-            apply_sfdp(record, maxima[row["rdid_9F"].upper()])
+        own, line = by_id.get(row["rdid_9F"].upper()), by_line.get(row["line"])
+        apply_sfdp(record, own, line)
+        source = times_from(own, line)
+        assert row["times_from"] == source, (row["part"], "times_from should be " + source)
+        assert source != "estimate" or "sfdp" not in row["page_prog_ms(typ/max)"], row["part"]
         key = (record["mfc_id"], int(row["mem_type"], 16), int(row["cap_byte"], 16))
         groups.setdefault(key, []).append(record)
     lines = [",".join(k for k, _ in COLUMNS), ",".join(n for _, n in COLUMNS)]
