@@ -96,7 +96,6 @@ NOTES_AFTER = [
 # Chips whose facts are doubtful, and chips that need a die-select command the flows lack.
 GATES = {
     "AT25SF128A": "UNVERIFIED",  # voltage contradicts between sources, protection unknown
-    "XT25F128B": "UNVERIFIED",  # block-protect encoding not known
     "IS25LP512M": "UNVERIFIED",  # die count not known
     "IS25WP512M": "UNVERIFIED",  # die count not known
     "IS25LP01G": "UNVERIFIED",  # die count not known

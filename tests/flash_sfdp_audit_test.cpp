@@ -1,6 +1,8 @@
 // The shipped flash table held against the chips' own SFDP tables (tests/data/sfdp) and its
 // own rules: none now; the disagreements an independent reading of the dumps found, on
 // records set back to the values the table held before.
+#include <algorithm>
+#include <map>
 #include <set>
 
 #include "flash_test_support.h"
@@ -24,7 +26,7 @@ class FlashSfdpAudit : public FlashTest {
   // Every dump of chips.tsv against the shipped table with every gated record switched on.
   std::pair<PGMDEV_SFDP_AUDIT, std::vector<PGMDEV_SFL_FLASH_INFO>> audit_shipped() {
     generate_shipped();
-    for (const char* gate : {"DIE_SELECT", "UNVERIFIED"})
+    for (const char* gate : {"DIE_SELECT", "UNVERIFIED", "SECTOR_64K"})
       cfg_set_value(std::string("PGM_ALLOW_") + gate, "on");
     const PGMDEV_FLASH_MANAGER manager(false, 1);
     PGMDEV_SFDP_AUDIT audit;
@@ -84,6 +86,56 @@ TEST_F(FlashSfdpAudit, FindsRecordsBelowTheChipsOwnMaxima) {
   EXPECT_TRUE(found(again, "MX66L1G45G", "sector erase 3 s, the chip's maximum 4032 ms"));
   EXPECT_TRUE(found(again, "MX25U25645G", "bulk erase 512 s, the chip's maximum 1216 s"));
   EXPECT_TRUE(found(again, "W25Q01JV-IQ", "page program 3000 us, the chip's maximum 4224 us"));
+}
+
+// Rows of a tab-separated table of the repository, comment lines skipped, by column name.
+std::vector<std::map<std::string, std::string>> tsv_rows(const std::string& path) {
+  std::istringstream lines(read_text(std::string(PGMDEV_SOURCE_DIR) + "/" + path));
+  std::vector<std::string> header;
+  std::vector<std::map<std::string, std::string>> rows;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.empty() || line[0] == '#') continue;
+    const std::vector<std::string> cells = QTL_TOKENIZER::split(line, "\t");
+    if (header.empty()) {
+      header = cells;
+      continue;
+    }
+    std::map<std::string, std::string>& row = rows.emplace_back();
+    for (size_t i = 0; i < cells.size() && i < header.size(); ++i) row[header[i]] = cells[i];
+  }
+  return rows;
+}
+
+// A chip without a dump of its own still waits at least as long as any dump of its maker's line
+// declares (read again from the dumps themselves), whatever their density.
+TEST_F(FlashSfdpAudit, EveryChipWaitsForItsLinesSlowestDump) {
+  const auto [audit, records] = audit_shipped();
+  std::map<std::string, std::vector<PGMDEV_SFDP>> line_dumps;
+  for (const auto& dump : tsv_rows("data/flash_sfdp_maxima.tsv")) {
+    PGMDEV_SFDP sfdp(PGMDEV_SFDP::dump_bytes(read_text(DATA + dump.at("dump"))));
+    if (sfdp.has_times()) line_dumps[dump.at("line")].push_back(sfdp);
+  }
+  ASSERT_GE(line_dumps.size(), 12u);
+  const PGMDEV_FLASH_MANAGER manager(false, 1);
+  int checked = 0;
+  for (const auto& chip : tsv_rows("data/flash_chips.tsv")) {
+    std::string id = chip.at("rdid_9F");
+    id.erase(std::remove(id.begin(), id.end(), ' '), id.end());
+    const std::vector<BYTE> bytes = id_bytes(id);
+    ASSERT_TRUE(manager.flash_id_database_mapping(false, 0, bytes.data())) << chip.at("part");
+    const PGMDEV_SFL_FLASH_INFO& r =
+        manager.get_flash_database()[manager.get_flash_mapping_index(0, false)];
+    for (const PGMDEV_SFDP& t : line_dumps[chip.at("line")]) {
+      SCOPED_TRACE(chip.at("part"));
+      ++checked;
+      EXPECT_GE(QWORD(r.bulk_erase_time) * 1000, t.chip_erase_maximum_ms());
+      EXPECT_GE(r.program_utime, t.program_maximum_us());
+      for (const PGMDEV_SFDP_ERASE_TYPE& e : t.erase_types()) {
+        if (e.size == r.device_sector_byte) EXPECT_GE(QWORD(r.sec_erase_time) * 1000, e.maximum_ms);
+      }
+    }
+  }
+  EXPECT_GE(checked, 60);
 }
 
 // The table's own rules, on records made to break them.

@@ -57,6 +57,7 @@ class FlashShippedTable : public FlashTest {
     FlashTest::SetUp();
     cfg_set_value("PGM_ALLOW_UNVERIFIED", "on");
     cfg_set_value("PGM_ALLOW_DIE_SELECT", "on");
+    cfg_set_value("PGM_ALLOW_SECTOR_64K", "on");
     generate_shipped();
   }
 };
@@ -96,7 +97,7 @@ TEST_F(FlashShippedTable, RecordsAreConsistentWithTheirBytes) {
 TEST_F(FlashShippedTable, EveryChipIsIdentifiedFromItsRealBytes) {
   PGMDEV_FLASH_MANAGER manager(false, 1);
   const std::vector<CHIP> chips = facts();
-  ASSERT_EQ(chips.size(), 101u);
+  ASSERT_EQ(chips.size(), 122u);
   for (const CHIP& chip : chips) {
     ASSERT_TRUE(manager.flash_id_database_mapping(false, 0, chip.id.data())) << chip.part;
     EXPECT_TRUE(names_part(manager.sfl_get_device_name(0), chip.part))
@@ -108,7 +109,7 @@ TEST_F(FlashShippedTable, EveryChipIsIdentifiedFromItsRealBytes) {
 
 TEST_F(FlashShippedTable, GatedChipsNeedTheirSwitch) {
   const std::vector<BYTE> stacked = id_bytes("EF7119");
-  const std::vector<BYTE> unverified = id_bytes("0B4018");
+  const std::vector<BYTE> unverified = id_bytes("9D601A");
   cfg_unset_value("PGM_ALLOW_DIE_SELECT");
   cfg_unset_value("PGM_ALLOW_UNVERIFIED");
   PGMDEV_FLASH_MANAGER off(false, 1);
@@ -120,6 +121,28 @@ TEST_F(FlashShippedTable, GatedChipsNeedTheirSwitch) {
   EXPECT_EQ(on.sfl_get_device_name(0), "W25M512JV");
   EXPECT_FALSE(on.flash_id_database_mapping(false, 0, unverified.data()));
   EXPECT_LT(off.get_flash_count(), on.get_flash_count());
+}
+
+// Identifiers more than one chip answers: the record that answers, and its safe values.
+TEST_F(FlashShippedTable, SharedIdentifiersAnswerTheSafeRecord) {
+  PGMDEV_FLASH_MANAGER with_gates(false, 1);
+  const std::vector<BYTE> zetta = id_bytes("EF4018");  // ZD25Q128C answers Winbond's bytes
+  ASSERT_TRUE(with_gates.flash_id_database_mapping(false, 0, zetta.data()));
+  EXPECT_EQ(with_gates.sfl_get_device_name(0), "W25Q128JV-IQ");
+  EXPECT_EQ(with_gates.sfl_get_device_bit_size(0), 134217728u);  // not the 2 MiB its table says
+  const std::vector<BYTE> shared_3v = id_bytes("C22536");
+  ASSERT_TRUE(with_gates.flash_id_database_mapping(false, 0, shared_3v.data()));
+  EXPECT_EQ(with_gates.sfl_get_device_name(0), "MX25U3235F");
+  EXPECT_EQ(with_gates.sfl_get_asc_voltage(0), "1.8V");  // 3.3 V would harm the 1.8 V chip
+  // The S25FL-S bytes are also 256 KB-sector chips': no record without the site's word.
+  cfg_unset_value("PGM_ALLOW_SECTOR_64K");
+  PGMDEV_FLASH_MANAGER without(false, 1);
+  for (const char* id : {"012018", "010219"}) {
+    const std::vector<BYTE> bytes = id_bytes(id);
+    EXPECT_FALSE(without.flash_id_database_mapping(false, 0, bytes.data())) << id;
+    ASSERT_TRUE(with_gates.flash_id_database_mapping(false, 0, bytes.data())) << id;
+    EXPECT_EQ(with_gates.sfl_get_device_sector_byte(0), 65536u) << id;
+  }
 }
 
 // The build's own database file, read from the default device database folder.
