@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <set>
+#include <string>
 
 #include "cli_run.h"
 
@@ -85,6 +87,21 @@ TEST(CliFlash, ListFiltersByManufacturerAndSize) {
     }
   }
   EXPECT_GT(gated, 0u);
+}
+
+TEST(CliFlash, ListShowsTheChipsReadFromTheirOwnTables) {
+  const auto result = run_cli({"flash", "list", "--json"});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  const json records = json::parse(result.out);
+  // Chips read from their own SFDP tables, and configuration flashes of their lines.
+  std::set<std::string> names;
+  for (const json& record : records) names.insert(record["device_name"].get<std::string>());
+  for (const char* chip :
+       {"W25Q80BL", "W25Q64JW-IM", "W25Q512NW-IM", "W25H512NW-AM", "GD25LB512ME", "MX25L3255E",
+        "AT25FF321A", "XT25F128B", "W25Q256JV-IM", "W25Q512JV-IM", "GD25LB256E", "MX25U1635E"}) {
+    EXPECT_EQ(names.count(chip), 1u) << chip;
+  }
+  EXPECT_EQ(names.count("S25FL256S"), 0u);  // gated: its bytes are also a 256 KB-sector chip's
 }
 
 TEST(CliFlash, IdentifiesEachSlotOfAChain) {

@@ -116,7 +116,7 @@ TEST_F(FlashSfdpAudit, EveryChipWaitsForItsLinesSlowestDump) {
     if (sfdp.has_times()) line_dumps[dump.at("line")].push_back(sfdp);
   }
   ASSERT_GE(line_dumps.size(), 12u);
-  const PGMDEV_FLASH_MANAGER manager(false, 1);
+  PGMDEV_FLASH_MANAGER manager(false, 1);
   int checked = 0;
   for (const auto& chip : tsv_rows("data/flash_chips.tsv")) {
     std::string id = chip.at("rdid_9F");
@@ -131,7 +131,9 @@ TEST_F(FlashSfdpAudit, EveryChipWaitsForItsLinesSlowestDump) {
       EXPECT_GE(QWORD(r.bulk_erase_time) * 1000, t.chip_erase_maximum_ms());
       EXPECT_GE(r.program_utime, t.program_maximum_us());
       for (const PGMDEV_SFDP_ERASE_TYPE& e : t.erase_types()) {
-        if (e.size == r.device_sector_byte) EXPECT_GE(QWORD(r.sec_erase_time) * 1000, e.maximum_ms);
+        if (e.size == r.device_sector_byte) {
+          EXPECT_GE(QWORD(r.sec_erase_time) * 1000, e.maximum_ms);
+        }
       }
     }
   }
