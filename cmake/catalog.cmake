@@ -1,10 +1,21 @@
-# The device catalogue: data/catalog/*.csv compiled into the platform objects.
-include("${CMAKE_CURRENT_LIST_DIR}/embed_text.cmake")
+# The device catalogue: data/catalog/*.csv written as constant C++ tables at build time.
+set(PGMDEV_CATALOG_DIR "${PROJECT_SOURCE_DIR}/data/catalog")
+add_executable(pgmdev_catalog_tables
+               "${PROJECT_SOURCE_DIR}/tools/catalog_tables/catalog_tables.cpp")
+target_compile_options(pgmdev_catalog_tables PRIVATE ${PGMDEV_WARNINGS})
 
-foreach(table families devices parts)
-  pgmdev_embed_file("${PROJECT_SOURCE_DIR}/data/catalog/${table}.csv" "catalog_${table}_csv"
-                    pgmdev_platform)
-endforeach()
+set(PGMDEV_CATALOG_TABLES "${PGMDEV_GENERATED_DIR}/catalog_tables.cpp")
+set(PGMDEV_CATALOG_TABLES_SIZE "${PGMDEV_GENERATED_DIR}/catalog_tables_size.h")
+add_custom_command(
+  OUTPUT "${PGMDEV_CATALOG_TABLES}" "${PGMDEV_CATALOG_TABLES_SIZE}"
+  COMMAND pgmdev_catalog_tables "${PGMDEV_CATALOG_DIR}/families.csv"
+          "${PGMDEV_CATALOG_DIR}/devices.csv" "${PGMDEV_CATALOG_DIR}/parts.csv"
+          "${PGMDEV_CATALOG_TABLES}" "${PGMDEV_CATALOG_TABLES_SIZE}"
+  DEPENDS pgmdev_catalog_tables "${PGMDEV_CATALOG_DIR}/families.csv"
+          "${PGMDEV_CATALOG_DIR}/devices.csv" "${PGMDEV_CATALOG_DIR}/parts.csv"
+  COMMENT "Writing the catalogue tables from data/catalog"
+  VERBATIM)
+target_sources(pgmdev_platform PRIVATE "${PGMDEV_CATALOG_TABLES}" "${PGMDEV_CATALOG_TABLES_SIZE}")
 
 # The checked-in tables must be exactly what the checked-in generator writes.
 find_package(Python3 COMPONENTS Interpreter QUIET)

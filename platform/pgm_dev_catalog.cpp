@@ -17,7 +17,7 @@ namespace {
 
 // Bounds come from the tables themselves, never from the mutable globals above.
 template <typename T>
-const T* row(const std::vector<T>& table, long long value) {
+const T* row(const catalog::Rows<T>& table, long long value) {
   if (value <= 0 || value >= static_cast<long long>(table.size())) return nullptr;
   return &table[static_cast<std::size_t>(value)];
 }
@@ -70,6 +70,17 @@ DEV_DEVICE_ENUM dstr_get_dev_device_enum_by_string(const char* name) {
 
 DEV_FAMILY_ENUM dstr_get_dev_family_enum_by_string(const char* name) {
   return static_cast<DEV_FAMILY_ENUM>(catalog::find_name(catalog::tables().family_index, name));
+}
+
+std::vector<int> dstr_get_parts_by_name_prefix(const std::string& prefix) {
+  std::string key = prefix;
+  for (char& c : key) c = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
+  std::vector<int> parts;
+  for (const catalog::NameEntry& entry : catalog::find_prefix(catalog::tables().part_index, key)) {
+    if (entry.value <= catalog::kPartCount) parts.push_back(entry.value);
+  }
+  std::sort(parts.begin(), parts.end());
+  return parts;
 }
 
 bool dstr_is_valid_dev_device_enum(DEV_DEVICE_ENUM device) {

@@ -1,21 +1,26 @@
-// The compiled-in catalogue tables, parsed and indexed once, on first use.
+// The compiled-in catalogue: constant rows and sorted name indexes, written at build time
+// from data/catalog/*.csv (tools/catalog_tables), so first use costs no parsing and no
+// allocation.
 #pragma once
 
 #include <cstddef>
-#include <string>
 #include <string_view>
-#include <unordered_map>
-#include <vector>
 
-#include "catalog_parts_csv.h"
+#include "catalog_tables_size.h"
 #include "pgm_dev_catalog.h"
 
 namespace pgmdev::catalog {
 
-// Parts 1..N: the parts table holds a header row, N part rows and the generic row.
-inline constexpr int kPartCount = static_cast<int>(embedded::catalog_parts_csv_line_count) - 2;
+// Parts 1..N, then the generic part as N + 1.
+inline constexpr int kPartCount = generated::kPartRows - 1;
 inline constexpr int kPartGeneric = kPartCount + 1;
 inline constexpr int kPartMax = kPartCount + 2;
+
+static_assert(generated::kFamilyRows + 1 == DEV_FAMILY_MAX,
+              "families.csv must hold one row per family, generic last");
+static_assert(generated::kDeviceRows + 1 == DEV_DEVICE_MAX,
+              "devices.csv must hold one row per device, generic last");
+static_assert(kPartCount > 0, "parts.csv must hold at least one part");
 
 struct CatalogFamily {
   std::string_view name;
@@ -37,29 +42,53 @@ struct CatalogPart {
   bool hidden = false;
 };
 
-using NameIndex = std::unordered_map<std::string, int>;  // upper-case name -> value
+// An index entry: a name in ASCII upper case and its value.
+struct NameEntry {
+  std::string_view key;
+  int value;
+};
+
+// A constant array and its length.
+template <typename T>
+struct Rows {
+  const T* m_data;
+  std::size_t m_size;
+  std::size_t size() const { return m_size; }
+  const T& operator[](std::size_t i) const { return m_data[i]; }
+  const T* begin() const { return m_data; }
+  const T* end() const { return m_data + m_size; }
+};
+
+using NameIndex = Rows<NameEntry>;  // sorted by key, bytewise
 
 // Entry 0 of each table is the invalid value (empty name), so a value is its own index;
-// the generic entry is the last one. Names point into the embedded table texts.
+// the generic entry is the last one.
 struct CatalogTables {
-  std::vector<CatalogFamily> families;
-  std::vector<CatalogDevice> devices;
-  std::vector<CatalogPart> parts;
+  Rows<CatalogFamily> families;
+  Rows<CatalogDevice> devices;
+  Rows<CatalogPart> parts;
   NameIndex family_index;
   NameIndex device_index;
   NameIndex part_index;
 };
 
-// Parses and indexes the tables on the first call (safe when several threads make it).
+// The generated arrays (catalog_tables.cpp in the build tree).
+extern const CatalogFamily family_rows[generated::kFamilyRows + 1];
+extern const CatalogDevice device_rows[generated::kDeviceRows + 1];
+extern const CatalogPart part_rows[generated::kPartRows + 1];
+extern const NameEntry family_index_rows[generated::kFamilyRows];
+extern const NameEntry device_index_rows[generated::kDeviceRows];
+extern const NameEntry part_index_rows[generated::kPartRows];
+
+// The tables; constant data, so any thread may read them at any time.
 const CatalogTables& tables();
-// Parses and indexes the tables afresh (what the first call of tables() does).
-CatalogTables load_tables();
 
 // The value of `name` (case ignored) in `index`, or 0 when unknown or null.
 int find_name(const NameIndex& index, const char* name);
+// The entries whose key begins with `prefix` (upper case), a contiguous run of `index`.
+NameIndex find_prefix(const NameIndex& index, std::string_view prefix);
 
-// The index key of a name: its ASCII upper case.
-std::string ascii_upper(std::string_view text);
+bool ascii_iequals(std::string_view a, std::string_view b);
 // Whether `text` contains `needle`, ignoring case.
 bool ascii_icontains(std::string_view text, std::string_view needle);
 
