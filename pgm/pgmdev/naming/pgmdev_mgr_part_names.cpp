@@ -1,8 +1,12 @@
 // PGMDEV_MGR's part-name resolution: a concrete part for a package, programmer, device or
 // pcf name.
+#include <algorithm>
+#include <mutex>
+#include <unordered_map>
 #include <vector>
 
 #include "base/pgmdev_check.h"
+#include "naming/pgmdev_grammar_lookup.h"
 #include "naming/pgmdev_opn_hash.h"
 #include "pgm_common.h"
 #include "pgm_dev_catalog.h"
@@ -19,15 +23,83 @@ namespace {
 constexpr size_t PREFIX_LENGTH = 5;
 constexpr int FILTER_PASSES = 4;
 
-bool matches_through_grammar(const std::string& name, const std::string& candidate) {
-  if (candidate.size() < PREFIX_LENGTH || name.size() < PREFIX_LENGTH ||
-      candidate.compare(0, PREFIX_LENGTH, name, 0, PREFIX_LENGTH) != 0) {
-    return false;
+// The names that resolve to a part through the grammar, among the parts sharing one
+// five-character prefix: package and programmer names of each part, the first part in
+// part order kept. Built for a prefix the first time a name with it is asked about, and
+// again after the grammar is replaced.
+class PrefixGroups {
+ public:
+  int find(const std::string& name) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    // Groups answer for the grammar they were built from; a replaced grammar starts afresh.
+    const PGMDEV_DDB_GRAMMAR_DB* grammar = pgmdev::naming_grammar_db();
+    if (grammar != m_grammar) {
+      m_groups.clear();
+      m_grammar = grammar;
+    }
+    auto group = m_groups.find(name.substr(0, PREFIX_LENGTH));
+    if (group == m_groups.end()) {
+      group = m_groups.emplace(name.substr(0, PREFIX_LENGTH), build(name.substr(0, PREFIX_LENGTH)))
+                  .first;
+    }
+    const auto found = group->second.find(name);
+    return found == group->second.end() ? DEV_PART_INVALID : found->second;
   }
-  return PGM_COMMON::compare_string(
-             name, PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(candidate, false), false) ||
-         PGM_COMMON::compare_string(
-             name, PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_name(candidate, false, false), false);
+
+ private:
+  using Group = std::unordered_map<std::string, int>;
+
+  // What get_package_name(name, false) and get_pgm_name(name, false, false) give for each
+  // part, the look-ups made for the whole group at once.
+  static Group build(const std::string& prefix) {
+    using pgmdev::grammar_lookup_reverse_all;
+    const std::vector<int> parts = dstr_get_parts_by_name_prefix(prefix);
+    std::vector<std::string> names;
+    for (int part : parts) names.push_back(upper_user_string(part));
+    std::vector<std::string> lookup = names;
+    const std::vector<std::string> packages =
+        grammar_lookup_reverse_all(PGMDEV_DDB_GRAMMAR_ENUM::PACKAGE_NAME, lookup);
+    lookup = names;
+    std::vector<std::string> pgms =
+        grammar_lookup_reverse_all(PGMDEV_DDB_GRAMMAR_ENUM::PGM_NAME, lookup);
+    // A name without a programmer name of its own takes its package name's.
+    std::vector<std::string> via_package;
+    std::vector<size_t> which;
+    for (size_t i = 0; i < names.size(); ++i) {
+      if (!pgms[i].empty() || packages[i].empty()) continue;
+      via_package.push_back(packages[i]);
+      which.push_back(i);
+    }
+    const std::vector<std::string> found =
+        grammar_lookup_reverse_all(PGMDEV_DDB_GRAMMAR_ENUM::PGM_NAME, via_package);
+    for (size_t k = 0; k < which.size(); ++k) pgms[which[k]] = found[k];
+    Group group;
+    for (size_t i = 0; i < names.size(); ++i) {
+      for (std::string key :
+           {packages[i].empty() ? names[i] : packages[i], pgms[i].empty() ? names[i] : pgms[i]}) {
+        group.emplace(stl_toupper(key), parts[i]);  // the first part in part order wins
+      }
+    }
+    return group;
+  }
+
+  std::mutex m_mutex;
+  const PGMDEV_DDB_GRAMMAR_DB* m_grammar = nullptr;
+  std::unordered_map<std::string, Group> m_groups;
+};
+
+// The first part, in part order, that the catalogue walk would stop at: its own name
+// equals `name`, or (both five characters or longer and sharing the first five) its
+// package or programmer name equals it ignoring case.
+int first_matching_part(const std::string& name) {
+  int part = dstr_get_dev_part_enum_by_string(name.c_str());
+  // The walk stops before the generic part; a name with a NUL inside is no part's name.
+  if (part == DEV_PART_GENERIC || name.find('\0') != std::string::npos) part = DEV_PART_INVALID;
+  if (name.size() < PREFIX_LENGTH) return part;
+  static PrefixGroups groups;
+  const int by_grammar = groups.find(name);
+  if (by_grammar == DEV_PART_INVALID) return part;
+  return part == DEV_PART_INVALID ? by_grammar : std::min(part, by_grammar);
 }
 
 // Pass 0 asks for released preferred parts; each later pass widens the filter.
@@ -42,11 +114,8 @@ bool filter_pass(const DEV_PART_MANAGER& manager, int pass, const std::string& f
 
 std::string PGMDEV_MGR::get_possible_full_name(std::string name) {
   stl_toupper(name);
-  for (int part = DEV_PART_INVALID + 1;
-       part != DEV_PART_GENERIC && part != DEV_PART_MAX && part < DEV_PART_MAX; ++part) {
-    const std::string candidate = upper_user_string(part);
-    if (candidate == name || matches_through_grammar(name, candidate)) return candidate;
-  }
+  const int part = first_matching_part(name);
+  if (part != DEV_PART_INVALID) return upper_user_string(part);
   MSG_INTERNAL_ERROR::report_varg(pgmdev::CATEGORY, pgmdev::MODULE_MGR, __LINE__,
                                   "Unable to retrieve full device name from database for %s",
                                   name.c_str());
