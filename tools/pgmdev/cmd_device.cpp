@@ -4,6 +4,7 @@
 #include <iostream>
 #include <memory>
 
+#include "batch.h"
 #include "cli.h"
 #include "device_record.h"
 #include "names.h"
@@ -87,24 +88,31 @@ Answer look_up(PGMDEV_DEV_INFO_MANAGER& manager, const DeviceQuery& query) {
   return answer;
 }
 
-void show_device(const Options& options, const DeviceQuery& query) {
+nlohmann::ordered_json answer_json(const PGMDEV_DEV_INFO_MANAGER& manager, const Answer& answer) {
+  return {{"query", answer.query},
+          {"found_by", answer.found_by},
+          {"row_kind", device_record_kind(*answer.record)},
+          {"number", device_record_index(manager, *answer.record) + 1},
+          {"record", device_record_json(*answer.record)}};
+}
+
+void check_query(const DeviceQuery& query) {
   if (query.family.empty() && query.device.empty() && query.part.empty() && query.pcf.empty()) {
     throw CliError("say what to look up: --family, --device, --part or --pcf NAME");
   }
+}
+
+void show_device(const Options& options, const DeviceQuery& query) {
+  check_query(query);
   require_database_file("/programmer/pgm_dev_info.pcf", "device information file");
   PGMDEV_DEV_INFO_MANAGER manager(false, 0);
   const Answer answer = look_up(manager, query);
   if (!answer.record) throw CliError("no record for " + answer.query);
-  const DWORD index = device_record_index(manager, *answer.record);
   if (options.json) {
-    nlohmann::ordered_json document = {{"query", answer.query},
-                                       {"found_by", answer.found_by},
-                                       {"row_kind", device_record_kind(*answer.record)},
-                                       {"number", index + 1}};
-    document["record"] = device_record_json(*answer.record);
-    print_json(std::cout, document);
+    print_json(std::cout, answer_json(manager, answer));
     return;
   }
+  const DWORD index = device_record_index(manager, *answer.record);
   Fields fields = {
       {"query", answer.query},
       {"found_by", answer.found_by},
@@ -113,6 +121,32 @@ void show_device(const Options& options, const DeviceQuery& query) {
   print_fields(std::cout, fields);
   std::cout << '\n';
   print_fields(std::cout, device_record_fields(*answer.record));
+}
+
+// A batch line is "family NAME", "device NAME", "part NAME" or "pcf NAME"; a bare NAME is
+// a full part name.
+DeviceQuery parse_batch_line(const std::string& line) {
+  const size_t space = line.find(' ');
+  if (space == std::string::npos) return {"", "", line, ""};
+  const std::string kind = line.substr(0, space), name = line.substr(space + 1);
+  if (name.empty()) throw CliError("no name after '" + kind + "'");
+  if (kind == "family") return {name, "", "", ""};
+  if (kind == "device") return {"", name, "", ""};
+  if (kind == "part") return {"", "", name, ""};
+  if (kind == "pcf") return {"", "", "", name};
+  throw CliError("'" + kind + "' is not family, device, part or pcf");
+}
+
+void device_batch(const Options& options) {
+  require_database_file("/programmer/pgm_dev_info.pcf", "device information file");
+  PGMDEV_DEV_INFO_MANAGER manager(false, 0);
+  run_batch(std::cin, std::cout, options.json, [&manager](const std::string& line) {
+    const DeviceQuery query = parse_batch_line(line);
+    check_query(query);
+    const Answer answer = look_up(manager, query);
+    if (!answer.record) throw CliError("no record for " + answer.query);
+    return answer_json(manager, answer);
+  });
 }
 
 }  // namespace
@@ -129,7 +163,16 @@ void register_device_command(CLI::App& app, Options& options) {
   dev->excludes(part, pcf);
   part->excludes(pcf);
   add_json_flag(device, options);
-  device->callback([&options, query] { show_device(options, *query); });
+  auto batch = std::make_shared<bool>(false);
+  add_batch_flag(device, *batch);
+  device->callback([&options, query, batch] {
+    if (!*batch) return show_device(options, *query);
+    if (!query->family.empty() || !query->device.empty() || !query->part.empty() ||
+        !query->pcf.empty()) {
+      throw CliError("give queries on standard input or on the command line, not both");
+    }
+    device_batch(options);
+  });
 }
 
 }  // namespace pgmdev::cli

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <memory>
 
+#include "batch.h"
 #include "cli.h"
 #include "flash_check.h"
 #include "flash_define.h"
@@ -155,6 +156,28 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
   if (!unmatched.empty()) throw CliError("no flash record answers " + unmatched);
 }
 
+// A batch line is a Device-ID read-out, or "silicon " and a Silicon-ID byte; each line is
+// looked up on its own, in chain slot 0.
+void identify_batch(const Options& options) {
+  require_database_file(FLASH_FILE, "flash database file");
+  PGMDEV_FLASH_MANAGER manager(false, 1);
+  run_batch(std::cin, std::cout, options.json, [&manager](const std::string& line) {
+    const bool by_silicon = line.rfind("silicon ", 0) == 0;
+    const std::string text = by_silicon ? line.substr(8) : line;
+    const std::vector<BYTE> bytes = parse_id(text);
+    BYTE id[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
+    std::copy(bytes.begin(), bytes.end(), id);
+    if (!manager.flash_id_database_mapping(by_silicon, 0, id)) {
+      throw CliError("no flash record answers " + text);
+    }
+    const DWORD index = manager.get_flash_mapping_index(0, false);
+    return nlohmann::ordered_json{
+        {"by", by_silicon ? "silicon" : "device"},
+        {"index", index},
+        {"record", flash_record_json(manager.get_flash_database()[index])}};
+  });
+}
+
 void register_identify(CLI::App* flash, Options& options) {
   auto device_ids = std::make_shared<std::vector<std::string>>();
   auto silicon_ids = std::make_shared<std::vector<std::string>>();
@@ -166,7 +189,15 @@ void register_identify(CLI::App* flash, Options& options) {
   CLI::Option* silicon_option =
       cmd->add_option("--silicon-id", *silicon_ids, "Silicon-ID byte, e.g. 14");
   add_json_flag(cmd, options);
-  cmd->callback([&options, cmd, device_option, silicon_option, device_ids, silicon_ids] {
+  auto batch = std::make_shared<bool>(false);
+  add_batch_flag(cmd, *batch);
+  cmd->callback([&options, cmd, device_option, silicon_option, device_ids, silicon_ids, batch] {
+    if (*batch) {
+      if (!device_ids->empty() || !silicon_ids->empty()) {
+        throw CliError("give identifiers on standard input or on the command line, not both");
+      }
+      return identify_batch(options);
+    }
     // The chain's slots follow the order of the options on the command line.
     std::vector<IdRequest> requests;
     size_t next_device = 0, next_silicon = 0;

@@ -4,6 +4,7 @@
 #include <iostream>
 #include <memory>
 
+#include "batch.h"
 #include "cli.h"
 #include "names.h"
 #include "output.h"
@@ -92,27 +93,31 @@ std::vector<std::string> grammar_names() {
 
 std::string or_dash(const std::string& text) { return text.empty() ? "-" : text; }
 
+// The answer's fields, in the order they are shown.
+nlohmann::ordered_json name_json(const NameAnswer& a) {
+  const bool has_opn = a.opn_enum != INVALID_DWORD;
+  const bool has_hash = a.opn_hash != NO_HASH;
+  return {{"name", a.name},
+          {"package_name", a.package},
+          {"pgm_name", a.pgm},
+          {"pgm_part_pcf", a.pgm_part_pcf},
+          {"pgm_family_pcf", a.pgm_family_pcf},
+          {"device", a.device},
+          {"dev_part_pcf", a.dev_part_pcf},
+          {"dev_family_pcf", a.dev_family_pcf},
+          {"family", a.family},
+          {"possible_full_name", a.full_name},
+          {"use_full_name", a.use_full_name},
+          {"use_package_name", a.use_package_name},
+          {"opn_enum", has_opn ? nlohmann::ordered_json(a.opn_enum) : nlohmann::ordered_json()},
+          {"opn_hash",
+           has_hash ? nlohmann::ordered_json(hex_text(a.opn_hash, 12)) : nlohmann::ordered_json()}};
+}
+
 void show_name(const Options& options, const std::string& input) {
   const NameAnswer a = resolve(input);
   if (!known(a)) throw CliError("unknown name '" + a.name + "'", suggest(a.name, grammar_names()));
-  const bool has_opn = a.opn_enum != INVALID_DWORD;
-  const bool has_hash = a.opn_hash != NO_HASH;
-  nlohmann::ordered_json document = {
-      {"name", a.name},
-      {"package_name", a.package},
-      {"pgm_name", a.pgm},
-      {"pgm_part_pcf", a.pgm_part_pcf},
-      {"pgm_family_pcf", a.pgm_family_pcf},
-      {"device", a.device},
-      {"dev_part_pcf", a.dev_part_pcf},
-      {"dev_family_pcf", a.dev_family_pcf},
-      {"family", a.family},
-      {"possible_full_name", a.full_name},
-      {"use_full_name", a.use_full_name},
-      {"use_package_name", a.use_package_name},
-      {"opn_enum", has_opn ? nlohmann::ordered_json(a.opn_enum) : nlohmann::ordered_json()},
-      {"opn_hash",
-       has_hash ? nlohmann::ordered_json(hex_text(a.opn_hash, 12)) : nlohmann::ordered_json()}};
+  const nlohmann::ordered_json document = name_json(a);
   if (options.json) return print_json(std::cout, document);
   // The same names in the same order as the JSON document.
   Fields fields;
@@ -124,6 +129,14 @@ void show_name(const Options& options, const std::string& input) {
     fields.emplace_back(key, or_dash(text));
   }
   print_fields(std::cout, fields);
+}
+
+// Batch answers leave out suggestions: a list of close names per line would cost a walk of
+// every name the grammar knows.
+nlohmann::ordered_json name_batch_answer(const std::string& line) {
+  const NameAnswer a = resolve(line);
+  if (!known(a)) throw CliError("unknown name '" + a.name + "'");
+  return name_json(a);
 }
 
 unsigned long long parse_number(const std::string& text, const char* what) {
@@ -158,50 +171,75 @@ void list_opn(const Options& options, bool assigned_only) {
   options.json ? print_json(std::cout, document) : table.print(std::cout);
 }
 
-void show_opn(const Options& options, const std::string& slot_text, const std::string& hash_text) {
+// The part, OPN slot and hash behind a slot number or, with `by_hash`, an OPN hash.
+nlohmann::ordered_json opn_json(const std::string& text, bool by_hash) {
   unsigned long slot = INVALID_DWORD;
   std::string part;
-  if (!hash_text.empty()) {
+  if (by_hash) {
     unsigned long long hash = 0;
-    if (!parse_hex(hash_text, hash)) {
-      throw CliError("'" + hash_text + "' is not an OPN hash: give hex digits, e.g. 2635E568C52D");
+    if (!parse_hex(text, hash)) {
+      throw CliError("'" + text + "' is not an OPN hash: give hex digits, e.g. 2635E568C52D");
     }
     part = PGMDEV_MGR::get_opn_from_hash(hash);
-    if (part.empty()) throw CliError("no part has the OPN hash " + hash_text);
+    if (part.empty()) throw CliError("no part has the OPN hash " + text);
     slot = PGMDEV_MGR::get_opn_enum(part);
   } else {
-    slot = static_cast<unsigned long>(parse_number(slot_text, "the OPN enumeration"));
+    slot = static_cast<unsigned long>(parse_number(text, "the OPN enumeration"));
     part = PGMDEV_MGR::get_opn(slot);
-    if (part.empty()) throw CliError("OPN slot " + slot_text + " holds no part");
+    if (part.empty()) throw CliError("OPN slot " + text + " holds no part");
   }
-  const unsigned long long hash = PGMDEV_MGR::get_opn_hash(part);
+  return {
+      {"opn_enum", slot == INVALID_DWORD ? nlohmann::ordered_json() : nlohmann::ordered_json(slot)},
+      {"part", part},
+      {"opn_hash", hex_text(PGMDEV_MGR::get_opn_hash(part), 12)}};
+}
+
+void show_opn(const Options& options, const std::string& slot_text, const std::string& hash_text) {
+  const bool by_hash = !hash_text.empty();
+  const nlohmann::ordered_json answer = opn_json(by_hash ? hash_text : slot_text, by_hash);
   if (options.json) {
-    nlohmann::ordered_json document = {
-        {"opn_enum", slot == INVALID_DWORD ? nlohmann::json() : nlohmann::json(slot)},
-        {"part", part},
-        {"opn_hash", hex_text(hash, 12)}};
-    print_json(std::cout, document);
+    print_json(std::cout, answer);
     return;
   }
-  print_fields(std::cout, {{"opn_enum", slot == INVALID_DWORD ? "-" : std::to_string(slot)},
-                           {"part", part},
-                           {"opn_hash", hex_text(hash, 12)}});
+  print_fields(std::cout,
+               {{"opn_enum", answer["opn_enum"].is_null() ? "-" : answer["opn_enum"].dump()},
+                {"part", answer["part"].get<std::string>()},
+                {"opn_hash", answer["opn_hash"].get<std::string>()}});
+}
+
+// A batch line is a slot number, or "hash " and an OPN hash.
+nlohmann::ordered_json opn_batch_answer(const std::string& line) {
+  const bool by_hash = line.rfind("hash ", 0) == 0;
+  return opn_json(by_hash ? line.substr(5) : line, by_hash);
 }
 
 }  // namespace
 
 void register_name_commands(CLI::App& app, Options& options) {
   auto name = std::make_shared<std::string>();
+  auto batch = std::make_shared<bool>(false);
   CLI::App* name_cmd =
       app.add_subcommand("name", "Show a part, package or programmer name in every naming scheme");
-  name_cmd->add_option("NAME", *name, "Full part, package, programmer or device name")->required();
+  auto* name_option =
+      name_cmd->add_option("NAME", *name, "Full part, package, programmer or device name");
   add_json_flag(name_cmd, options);
-  name_cmd->callback([&options, name] { show_name(options, *name); });
+  add_batch_flag(name_cmd, *batch);
+  name_cmd->callback([&options, name, batch, name_option] {
+    if (*batch) {
+      if (name_option->count() != 0)
+        throw CliError("give names on standard input or NAME, not both");
+      return run_batch(std::cin, std::cout, options.json, name_batch_answer);
+    }
+    if (name_option->count() == 0)
+      throw CliError("give a NAME, or --batch and names on standard input");
+    show_name(options, *name);
+  });
 
   auto slot = std::make_shared<std::string>();
   auto hash = std::make_shared<std::string>();
   auto listing = std::make_shared<bool>(false);
   auto assigned = std::make_shared<bool>(false);
+  auto opn_batch = std::make_shared<bool>(false);
   CLI::App* opn = app.add_subcommand(
       "opn", "Show the part of an OPN enumeration or OPN hash, or list the OPN slots");
   auto* slot_option = opn->add_option("ENUM", *slot, "OPN enumeration (slot number)");
@@ -212,10 +250,17 @@ void register_name_commands(CLI::App& app, Options& options) {
   opn->add_flag("--assigned", *assigned, "With --list: only the slots that hold a part")
       ->needs(list_option);
   add_json_flag(opn, options);
-  opn->callback([&options, slot, hash, listing, assigned] {
+  add_batch_flag(opn, *opn_batch);
+  opn->callback([&options, slot, hash, listing, assigned, opn_batch] {
     if (*listing) return list_opn(options, *assigned);
+    if (*opn_batch) {
+      if (!slot->empty() || !hash->empty()) {
+        throw CliError("give queries on standard input or on the command line, not both");
+      }
+      return run_batch(std::cin, std::cout, options.json, opn_batch_answer);
+    }
     if (slot->empty() && hash->empty()) {
-      throw CliError("give an OPN enumeration, --hash HASH or --list");
+      throw CliError("give an OPN enumeration, --hash HASH, --list or --batch");
     }
     show_opn(options, *slot, *hash);
   });

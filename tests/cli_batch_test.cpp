@@ -1,0 +1,112 @@
+// Batch mode of the query commands: each answer line against the same query asked alone.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli_run.h"
+
+namespace {
+
+using nlohmann::json;
+using pgmdev::test::run_cli;
+
+std::vector<std::string> lines_of(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+std::string joined(const std::vector<std::string>& queries) {
+  std::string text;
+  for (const std::string& query : queries) text += query + "\n";
+  return text;
+}
+
+// Each batch answer is the single call's document, plus the query it answers.
+void expect_same_as_single_calls(const std::vector<std::string>& command,
+                                 const std::vector<std::vector<std::string>>& single_args,
+                                 const std::vector<std::string>& queries) {
+  std::vector<std::string> args = command;
+  args.insert(args.end(), {"--batch", "--json"});
+  const auto batch = run_cli(args, joined(queries));
+  EXPECT_EQ(batch.exit_code, 0) << batch.err;
+  const std::vector<std::string> answers = lines_of(batch.out);
+  ASSERT_EQ(answers.size(), queries.size()) << batch.out;
+  for (size_t i = 0; i < queries.size(); ++i) {
+    std::vector<std::string> one = command;
+    one.insert(one.end(), single_args[i].begin(), single_args[i].end());
+    one.push_back("--json");
+    const auto single = run_cli(one);
+    ASSERT_EQ(single.exit_code, 0) << single.err;
+    json expected = json::parse(single.out);
+    expected["query"] = queries[i];
+    EXPECT_EQ(json::parse(answers[i]), expected) << queries[i];
+  }
+}
+
+TEST(CliBatch, NameAnswersAreTheSingleCallsAnswers) {
+  const std::vector<std::string> names = {"ZQ160SM8",   "zq160m8c6", "ZQ160S",  "CF35",
+                                          "NL10T14-C1", "ZQ200",     "zqa1500", "GENERIC"};
+  std::vector<std::vector<std::string>> single;
+  for (const std::string& name : names) single.push_back({name});
+  expect_same_as_single_calls({"name"}, single, names);
+}
+
+TEST(CliBatch, DeviceOpnAndFlashAnswersAreTheSingleCallsAnswers) {
+  expect_same_as_single_calls({"device"},
+                              {{"--part", "ZQ160M8C6"},
+                               {"--device", "ZQ160"},
+                               {"--family", "ZORQA_I"},
+                               {"--part", "ZQ200F35C3"}},
+                              {"part ZQ160M8C6", "device ZQ160", "family ZORQA_I", "ZQ200F35C3"});
+  expect_same_as_single_calls({"opn"}, {{"2"}, {"--hash", "0x2635E568C52D"}},
+                              {"2", "hash 0x2635E568C52D"});
+  // A single identify answers a list of chain slots; a batch line is one slot's entry.
+  const auto single = run_cli({"flash", "identify", "--device-id", "EF4018", "--json"});
+  ASSERT_EQ(single.exit_code, 0) << single.err;
+  const json slot = json::parse(single.out).at(0);
+  const auto batch = run_cli({"flash", "identify", "--batch", "--json"}, "EF4018\n");
+  ASSERT_EQ(batch.exit_code, 0) << batch.err;
+  const json answer = json::parse(batch.out);
+  EXPECT_EQ(answer["query"], "EF4018");
+  EXPECT_EQ(answer["index"], slot["index"]);
+  EXPECT_EQ(answer["record"], slot["record"]);
+}
+
+TEST(CliBatch, ErrorsAreAnswersOnTheirOwnLine) {
+  const auto tsv = run_cli({"name", "--batch"}, "ZQ160SM8\nNO_SUCH\r\n\nZQ160S\n");
+  EXPECT_EQ(tsv.exit_code, 1);
+  EXPECT_EQ(tsv.err, "pgmdev: 2 of 4 queries found no answer\n");
+  const std::vector<std::string> lines = lines_of(tsv.out);
+  ASSERT_EQ(lines.size(), 4u) << tsv.out;
+  EXPECT_EQ(lines[0].rfind("ZQ160SM8\tZQ160SM8\t", 0), 0u) << lines[0];
+  EXPECT_EQ(lines[1], "NO_SUCH\terror: unknown name 'NO_SUCH'");
+  EXPECT_EQ(lines[2].rfind("\terror: ", 0), 0u) << lines[2];
+  EXPECT_EQ(lines[3].rfind("ZQ160S\t", 0), 0u) << lines[3];
+
+  const auto json_lines = run_cli({"device", "--batch", "--json"}, "chip ZQ160\nfamily NOPE\n");
+  EXPECT_EQ(json_lines.exit_code, 1);
+  const std::vector<std::string> answers = lines_of(json_lines.out);
+  ASSERT_EQ(answers.size(), 2u);
+  EXPECT_EQ(
+      json::parse(answers[0]),
+      json({{"query", "chip ZQ160"}, {"error", "'chip' is not family, device, part or pcf"}}));
+  EXPECT_EQ(json::parse(answers[1])["error"], "unknown family 'NOPE'");
+
+  const auto ids = run_cli({"flash", "identify", "--batch"}, "EF40\nXYZ\n");
+  EXPECT_EQ(ids.exit_code, 1);
+  ASSERT_EQ(lines_of(ids.out).size(), 2u);
+  EXPECT_EQ(lines_of(ids.out)[1].rfind("XYZ\terror: 'XYZ' is not an identifier", 0), 0u);
+
+  EXPECT_EQ(run_cli({"name", "--batch", "ZQ160"}).exit_code, 1);  // stdin or argument, not both
+  EXPECT_EQ(run_cli({"name"}).exit_code, 1);
+  const auto empty = run_cli({"opn", "--batch"}, "");
+  EXPECT_EQ(empty.exit_code, 0);
+  EXPECT_EQ(empty.out, "");
+}
+
+}  // namespace
