@@ -3,6 +3,14 @@
 
 #include <algorithm>
 
+namespace {
+
+// A walk reads each entry once, as building the index does, but allocates nothing: for a
+// process that asks a few questions, this many walks cost less than the index.
+constexpr unsigned WALKS_BEFORE_INDEX = 8;
+
+}  // namespace
+
 const PGMDEV_DDB_GRAMMAR_ENTRY* PGMDEV_DDB_GRAMMAR_SECTION::find(std::string_view key) const {
   const auto found = std::lower_bound(m_entries.begin(), m_entries.end(), key,
                                       [this](const PGMDEV_DDB_GRAMMAR_ENTRY& entry,
@@ -49,7 +57,21 @@ void PGMDEV_DDB_GRAMMAR_DB::build_reverse_index(DWORD section) const {
   }
 }
 
+// The same first key as the index gives: keys in order, each key's list in order.
+std::string_view PGMDEV_DDB_GRAMMAR_DB::walk_key_of(DWORD section, std::string_view name) const {
+  const PGMDEV_DDB_GRAMMAR_SECTION& entries = m_sections[section];
+  for (const auto& entry : entries.entries()) {
+    for (std::string_view text : entries.list(entry)) {
+      if (text == name) return entries.key(entry);
+    }
+  }
+  return {};
+}
+
 std::string_view PGMDEV_DDB_GRAMMAR_DB::find_key_of(DWORD section, std::string_view name) const {
+  if (m_walks[section].fetch_add(1, std::memory_order_relaxed) < WALKS_BEFORE_INDEX) {
+    return walk_key_of(section, name);
+  }
   std::call_once(m_index_once[section], [this, section] { build_reverse_index(section); });
   const REVERSE_INDEX& index = m_reverse_index[section];
   const auto found = index.find(name);
@@ -57,6 +79,10 @@ std::string_view PGMDEV_DDB_GRAMMAR_DB::find_key_of(DWORD section, std::string_v
 }
 
 DWORD PGMDEV_DDB_OPN_DB::find_slot_of(DWORD part) const {
+  if (m_walks.fetch_add(1, std::memory_order_relaxed) < WALKS_BEFORE_INDEX) {
+    const auto found = std::find(m_slots.begin(), m_slots.end(), part);
+    return found == m_slots.end() ? INVALID_DWORD : static_cast<DWORD>(found - m_slots.begin());
+  }
   std::call_once(m_index_once, [this] {
     m_slot_index.reserve(m_slots.size());
     for (DWORD slot = 0; slot < m_slots.size(); ++slot) m_slot_index.emplace(m_slots[slot], slot);

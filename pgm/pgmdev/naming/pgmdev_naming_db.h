@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <iterator>
 #include <memory>
 #include <mutex>
@@ -102,7 +103,8 @@ class PGMDEV_DDB_GRAMMAR_SECTION {
 };
 
 // The eight grammar sections over one copy of the blob's text. Read-only once parsed; the
-// reverse index of a section is built on its first reverse look-up.
+// first few reverse look-ups of a section walk it, later ones go through an index built
+// then, so a process that asks once never pays for the index.
 class PGMDEV_DDB_GRAMMAR_DB {
  public:
   // Null only for a value of MAX or more.
@@ -121,9 +123,11 @@ class PGMDEV_DDB_GRAMMAR_DB {
   using REVERSE_INDEX = std::unordered_map<std::string_view, std::string_view>;
 
   void build_reverse_index(DWORD section) const;
+  std::string_view walk_key_of(DWORD section, std::string_view name) const;
 
   std::vector<BYTE> m_text;
   std::array<PGMDEV_DDB_GRAMMAR_SECTION, PGMDEV_DDB_GRAMMAR_SECTIONS> m_sections;
+  mutable std::array<std::atomic<unsigned>, PGMDEV_DDB_GRAMMAR_SECTIONS> m_walks{};
   mutable std::array<std::once_flag, PGMDEV_DDB_GRAMMAR_SECTIONS> m_index_once;
   mutable std::array<REVERSE_INDEX, PGMDEV_DDB_GRAMMAR_SECTIONS> m_reverse_index;
 };
@@ -133,10 +137,12 @@ class PGMDEV_DDB_OPN_DB {
  public:
   std::vector<DWORD> m_slots;
 
-  // The first slot holding `part`, or INVALID_DWORD. The index is built on first use.
+  // The first slot holding `part`, or INVALID_DWORD. The first few calls walk the slots;
+  // later ones go through an index built then.
   DWORD find_slot_of(DWORD part) const;
 
  protected:
+  mutable std::atomic<unsigned> m_walks{0};
   mutable std::once_flag m_index_once;
   mutable std::unordered_map<DWORD, DWORD> m_slot_index;
 };
