@@ -59,6 +59,7 @@ std::string cfg_get_value(const std::string& key) {
 
 bool cfg_is_on(const std::string& key, bool default_value) {
   const std::string value = cfg_get_value(key);
+  if (value.empty()) return default_value;  // unset, the common case on hot paths
   for (const char* on : {"on", "1", "true", "yes"}) {
     if (gen_stricmp(value, on) == 0) return true;
   }
