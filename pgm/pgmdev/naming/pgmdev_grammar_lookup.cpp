@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "pgm_text.h"
 #include "base/pgmdev_check.h"
+#include "pgm_text.h"
 
 namespace pgmdev {
 namespace {
@@ -32,6 +32,15 @@ void grammar_lookup_reverse(PGMDEV_DDB_GRAMMAR_ENUM type, std::string& name, std
   checked_section(mgr, type);
   normalise_name(name);
   result = mgr->find_key_of(DWORD(type), name);
+}
+
+std::vector<std::string> grammar_lookup_reverse_all(PGMDEV_DDB_GRAMMAR_ENUM type,
+                                                    std::vector<std::string>& names) {
+  const PGMDEV_DDB_GRAMMAR_DB* mgr = naming_grammar_db();
+  checked_section(mgr, type);
+  for (std::string& name : names) normalise_name(name);
+  const std::vector<std::string_view> keys = mgr->find_keys_of(DWORD(type), names);
+  return std::vector<std::string>(keys.begin(), keys.end());
 }
 
 void grammar_lookup_reverse_linear(PGMDEV_DDB_GRAMMAR_ENUM type, std::string& name,

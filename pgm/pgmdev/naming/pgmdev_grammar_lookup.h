@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "naming/pgmdev_naming_db.h"
 
@@ -16,6 +17,11 @@ void grammar_lookup_reverse(PGMDEV_DDB_GRAMMAR_ENUM type, std::string& name, std
 // The same answer by walking every list of the section; kept to check the index against.
 void grammar_lookup_reverse_linear(PGMDEV_DDB_GRAMMAR_ENUM type, std::string& name,
                                    std::string& result);
+
+// grammar_lookup_reverse for each of `names` (normalised in place), in one walk of the
+// section while it is walked rather than indexed.
+std::vector<std::string> grammar_lookup_reverse_all(PGMDEV_DDB_GRAMMAR_ENUM type,
+                                                    std::vector<std::string>& names);
 
 // Normalises `name` in place and returns a copy of its list in section DEV_PART_PCF, or an
 // empty list when it is not a key there.

@@ -78,6 +78,28 @@ std::string_view PGMDEV_DDB_GRAMMAR_DB::find_key_of(DWORD section, std::string_v
   return found == index.end() ? std::string_view() : found->second;
 }
 
+std::vector<std::string_view> PGMDEV_DDB_GRAMMAR_DB::find_keys_of(
+    DWORD section, const std::vector<std::string>& names) const {
+  std::vector<std::string_view> keys(names.size());
+  if (m_walks[section].fetch_add(1, std::memory_order_relaxed) >= WALKS_BEFORE_INDEX) {
+    for (size_t i = 0; i < names.size(); ++i) keys[i] = find_key_of(section, names[i]);
+    return keys;
+  }
+  std::unordered_map<std::string_view, std::vector<size_t>> wanted;
+  for (size_t i = 0; i < names.size(); ++i) wanted[names[i]].push_back(i);
+  const PGMDEV_DDB_GRAMMAR_SECTION& entries = m_sections[section];
+  for (const auto& entry : entries.entries()) {
+    for (std::string_view text : entries.list(entry)) {
+      const auto found = wanted.find(text);
+      if (found == wanted.end()) continue;
+      for (size_t i : found->second) keys[i] = entries.key(entry);
+      wanted.erase(found);  // the first key in key order answers
+      if (wanted.empty()) return keys;
+    }
+  }
+  return keys;
+}
+
 DWORD PGMDEV_DDB_OPN_DB::find_slot_of(DWORD part) const {
   if (m_walks.fetch_add(1, std::memory_order_relaxed) < WALKS_BEFORE_INDEX) {
     const auto found = std::find(m_slots.begin(), m_slots.end(), part);

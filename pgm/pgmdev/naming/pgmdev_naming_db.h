@@ -114,6 +114,10 @@ class PGMDEV_DDB_GRAMMAR_DB {
   // The first key, in key order, whose list holds `name`; empty when none does.
   // `section` must be below MAX.
   std::string_view find_key_of(DWORD section, std::string_view name) const;
+  // find_key_of for each of `names`: while the section is still walked, one walk answers
+  // them all (and counts as one).
+  std::vector<std::string_view> find_keys_of(DWORD section,
+                                             const std::vector<std::string>& names) const;
 
   // Takes a whole decompressed blob as the text the sections point into, and puts the
   // slack behind it.
