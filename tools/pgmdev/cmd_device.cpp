@@ -145,7 +145,13 @@ void device_batch(const Options& options) {
     check_query(query);
     const Answer answer = look_up(manager, query);
     if (!answer.record) throw CliError("no record for " + answer.query);
-    return answer_json(manager, answer);
+    // "query" holds the input line in a batch; what it was read as keeps its own key.
+    const nlohmann::ordered_json fields = answer_json(manager, answer);
+    nlohmann::ordered_json renamed = {{"looked_up", answer.query}};
+    for (const auto& item : fields.items()) {
+      if (item.key() != "query") renamed[item.key()] = item.value();
+    }
+    return renamed;
   });
 }
 
