@@ -33,7 +33,7 @@ PGMDEV_API DEV_FAMILY_ENUM dstr_get_dev_family_enum_by_string(const char* name);
 
 // Parts 1..N (the generic part excluded) whose names begin with `prefix`, case ignored,
 // in part order: a binary search of the name index, not a walk of the catalogue.
-std::vector<int> dstr_get_parts_by_name_prefix(const std::string& prefix);
+PGMDEV_API std::vector<int> dstr_get_parts_by_name_prefix(const std::string& prefix);
 
 // Valid: inside 1..MAX-1 (generic included).
 PGMDEV_API bool dstr_is_valid_dev_device_enum(DEV_DEVICE_ENUM device);
