@@ -48,7 +48,7 @@ PUBLIC = {
 }
 
 # Headers the build writes; only these sources may use them.
-GENERATED = re.compile(r"^(catalog_\w+_csv\.h|pgmdev_build_config\.h)$")
+GENERATED = re.compile(r"^(catalog_\w+_csv\.h|catalog_tables_size\.h|pgmdev_build_config\.h)$")
 BUILD_CONFIG_USERS = ("platform/", "pgm/pgmdev/")
 
 
