@@ -83,7 +83,8 @@ TEST(CliBatch, DeviceOpnAndFlashAnswersAreTheSingleCallsAnswers) {
   ASSERT_EQ(batch.exit_code, 0) << batch.err;
   const json answer = json::parse(batch.out);
   EXPECT_EQ(answer["query"], "EF4018");
-  EXPECT_EQ(answer["index"], slot["index"]);
+  EXPECT_EQ(answer["number"], slot["number"]);
+  EXPECT_EQ(answer["silicon_id"], slot["silicon_id"]);
   EXPECT_EQ(answer["record"], slot["record"]);
 }
 

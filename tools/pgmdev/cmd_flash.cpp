@@ -159,8 +159,8 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
 // A batch line is a Device-ID read-out, or "silicon " and a Silicon-ID byte; each line is
 // looked up on its own, in chain slot 0.
 void identify_batch(const Options& options) {
-  require_database_file(FLASH_FILE, "flash database file");
-  PGMDEV_FLASH_MANAGER manager(false, 1);
+  const std::unique_ptr<PGMDEV_FLASH_MANAGER> loaded = load_flash_manager(1);
+  PGMDEV_FLASH_MANAGER& manager = *loaded;
   run_batch(std::cin, std::cout, options.json, [&manager](const std::string& line) {
     const bool by_silicon = line.rfind("silicon ", 0) == 0;
     const std::string text = by_silicon ? line.substr(8) : line;
@@ -172,8 +172,8 @@ void identify_batch(const Options& options) {
     }
     const DWORD index = manager.get_flash_mapping_index(0, false);
     return nlohmann::ordered_json{
-        {"by", by_silicon ? "silicon" : "device"},
-        {"index", index},
+        {"silicon_id", by_silicon},
+        {"number", index + 1},
         {"record", flash_record_json(manager.get_flash_database()[index])}};
   });
 }
