@@ -42,6 +42,10 @@ class PGMDEV_API PGMDEV_FLASH_DEFINITION {
   // The answer text as the rule reads it.
   static std::string normalise(const std::string& text);
 
+  // Why a free-text answer (a name, the voltage) would give a value that does not load, or
+  // "" when it is accepted; the same rule `answer` applies with `loadable_only`.
+  static std::string text_refusal(const std::string& text);
+
  private:
   void skip_fixed_fields();
 

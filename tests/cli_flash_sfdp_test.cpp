@@ -90,26 +90,43 @@ TEST(CliFlashSfdp, BadDumpsAndIdentifiersAreRefusedClearly) {
 }
 
 TEST(CliFlashSfdp, DefineAsksOnlyWhatTheTablesLeaveOpen) {
-  const std::string answers = "W25Q80BL\nN\nN\nN\nN\nN\nN\n1\n1C\n1C\n0\n-1\n5\nN\n3.3V\n";
+  // A name with a field separator, a "maybe" and a divisor out of range are each asked again.
+  const std::string answers =
+      "W25@Q80\nW25Q80BL\nMAYBE\nN\nN\nN\nN\nN\nN\n1\n1C\n1C\n0\n20\n-1\n5\nN\n3.3V\n";
   auto result = run_cli(
       {"flash", "define", "--sfdp", DATA + "winbond_w25q80bl.hex", "--id", "EF4014"}, answers);
   ASSERT_EQ(result.exit_code, 0) << result.err << result.out;
-  EXPECT_EQ(result.out.find("Memory Density"), std::string::npos);  // the table tells the size
-  EXPECT_NE(result.out.find("Protection Mask"), std::string::npos);
-  const size_t at = result.out.find("INI : ");
-  ASSERT_NE(at, std::string::npos);
-  const std::string value = result.out.substr(at + 6, result.out.find('\n', at) - at - 6);
+  EXPECT_EQ(result.err.find("Memory Density"), std::string::npos);  // the table tells the size
+  EXPECT_NE(result.err.find("Protection Mask"), std::string::npos);
+  EXPECT_NE(result.err.find("refused: '@', '#' and ';'"), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find("refused: answer Y or N"), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find("refused: '20' is out of range; it takes -1 or 3 to 1F"),
+            std::string::npos)
+      << result.err;
+  // Standard output holds the value and nothing else.
+  ASSERT_EQ(result.out.find('\n'), result.out.size() - 1) << result.out;
+  const std::string value = result.out.substr(0, result.out.size() - 1);
   result = run_cli({"flash", "check", value, "--json"});
   ASSERT_EQ(result.exit_code, 0) << result.out;
   const json record = json::parse(result.out)["record"];
+  EXPECT_EQ(record["device_name"], "W25Q80BL");
   EXPECT_EQ(record["protection_mask"], 0x1C);
   EXPECT_EQ(record["bottom_value"], 32);
   EXPECT_EQ(record["device_bit_size"], 8388608);
 
+  result = run_cli({"flash", "define", "--sfdp", DATA + "winbond_w25q80bl.hex", "--id", "EF4014",
+                    "--name", "W25Q80BL", "--json"},
+                   answers.substr(answers.find("MAYBE")));
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  const json document = json::parse(result.out);
+  EXPECT_EQ(document["value"], value);
+  EXPECT_EQ(document["definition"]["device_name"], "W25Q80BL");
+
   result = run_cli({"flash", "define", "--sfdp", DATA + "winbond_w25q80bl.hex", "--id", "EF4014"},
-                   "W25Q80BL\nMAYBE\n");
+                   "W25Q80BL\nN\n");
   EXPECT_EQ(result.exit_code, 1);
-  EXPECT_NE(result.err.find("Invalid input"), std::string::npos);
+  EXPECT_NE(result.err.find("input ended; nothing was defined"), std::string::npos) << result.err;
+  EXPECT_EQ(result.out, "");
 }
 
 }  // namespace

@@ -235,7 +235,7 @@ void register_flash_commands(CLI::App& app, Options& options) {
   const auto from_sfdp = add_define_sfdp_options(define);
   add_json_flag(define, options);
   define->callback([&options, from_sfdp] {
-    if (define_from_sfdp(*from_sfdp, std::cin, std::cout)) return;
+    if (define_from_sfdp(options, *from_sfdp, std::cin)) return;
     define_flash(options, std::cin);
   });
 

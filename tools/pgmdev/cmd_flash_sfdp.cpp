@@ -6,10 +6,12 @@
 #include <iostream>
 #include <sstream>
 
+#include "flash_define.h"
 #include "flash_record.h"
 #include "flash_sfdp.h"
 #include "output.h"
 #include "pgm_text.h"
+#include "pgmdev_flash_definition.h"
 #include "pgmdev_sfdp.h"
 
 namespace pgmdev::cli {
@@ -201,41 +203,51 @@ std::shared_ptr<SfdpDefineRequest> add_define_sfdp_options(CLI::App* define) {
 
 namespace {
 
-// One answer per line, trimmed and in capitals; the first refused answer ends the dialogue.
+// One answer per line, trimmed and in capitals; a refused answer is asked again with the
+// reason, as in the plain dialogue.
 class ASK {
  public:
-  ASK(std::istream& input, std::ostream& output) : m_input(input), m_output(output) {}
+  explicit ASK(std::istream& input) : m_input(input) {}
 
   std::string text(const char* prompt) {
-    m_output << prompt << std::flush;
-    std::string answer;
-    std::getline(m_input, answer);
-    const size_t first = answer.find_first_not_of(" \t\r");
-    if (first == std::string::npos) return "";
-    answer = answer.substr(first, answer.find_last_not_of(" \t\r") - first + 1);
-    return stl_toupper(answer);
+    for (;;) {
+      const std::string answer = line(prompt);
+      const std::string reason = PGMDEV_FLASH_DEFINITION::text_refusal(answer);
+      if (reason.empty()) return answer;
+      say_refused(reason, "1 to 19 characters");
+    }
   }
 
   bool yes_no(const char* prompt) {
-    const std::string answer = text(prompt);
-    if (answer != "Y" && answer != "N") throw CliError("Invalid input");
-    return answer == "Y";
+    for (;;) {
+      const std::string answer = line(prompt);
+      if (answer == "Y" || answer == "N") return answer == "Y";
+      say_refused("answer Y or N", "Y or N");
+    }
   }
 
   // Hexadecimal in [low, high]; "-1" gives `none` where `none` is not -2.
   int hex(const char* prompt, unsigned low, unsigned high, int none = -2) {
-    const std::string answer = text(prompt);
-    if (none != -2 && answer == "-1") return none;
-    const bool digits = !answer.empty() && answer.size() <= 2 &&
-                        answer.find_first_not_of("0123456789ABCDEF") == std::string::npos;
-    const unsigned value = digits ? unsigned(std::stoul(answer, nullptr, 16)) : high + 1;
-    if (value < low || value > high) throw CliError("Invalid input");
-    return int(value);
+    std::ostringstream limits;
+    limits << (none != -2 ? "-1 or " : "") << std::uppercase << std::hex << low << " to " << high
+           << " (hexadecimal)";
+    for (;;) {
+      const std::string answer = line(prompt);
+      if (none != -2 && answer == "-1") return none;
+      const bool digits = !answer.empty() && answer.size() <= 2 &&
+                          answer.find_first_not_of("0123456789ABCDEF") == std::string::npos;
+      const unsigned value = digits ? unsigned(std::stoul(answer, nullptr, 16)) : high + 1;
+      if (value >= low && value <= high) return int(value);
+      say_refused("'" + answer + "' is out of range", limits.str());
+    }
   }
 
  private:
+  std::string line(const char* prompt) {
+    return PGMDEV_FLASH_DEFINITION::normalise(ask_line(m_input, prompt));
+  }
+
   std::istream& m_input;
-  std::ostream& m_output;
 };
 
 // The dialogue's questions that the tables cannot answer, with the dialogue's prompts.
@@ -259,18 +271,32 @@ void ask_open_questions(ASK& ask, PGMDEV_SFDP_CHOICES& c) {
 
 }  // namespace
 
-bool define_from_sfdp(const SfdpDefineRequest& request, std::istream& input, std::ostream& output) {
+bool define_from_sfdp(const Options& options, const SfdpDefineRequest& request,
+                      std::istream& input) {
   if (request.file.empty()) return false;
   const PGMDEV_SFDP sfdp = read_dump(request.file);
   PGMDEV_SFDP_CHOICES choices;
   derive(sfdp, request.id, choices);  // refuses a bad identifier before any question
-  ASK ask(input, output);
-  choices.device_name = request.name.empty() ? ask.text("Device Name : ") : request.name;
+  if (!request.name.empty()) {
+    const std::string reason = PGMDEV_FLASH_DEFINITION::text_refusal(request.name);
+    if (!reason.empty()) throw CliError("--name '" + request.name + "' is refused: " + reason);
+  }
+  std::cerr << "The tables of " << request.file << " tell the size, erase sizes and times; "
+            << "the questions below are what they leave open.\n";
+  ASK ask(input);
+  choices.device_name = request.name.empty() ? ask.text("Device Name : ")
+                                             : PGMDEV_FLASH_DEFINITION::normalise(request.name);
   ask_open_questions(ask, choices);
   const PGMDEV_SFDP_DEFINITION definition = derive(sfdp, request.id, choices);
-  output << "\n";
-  print_definition(output, definition);
-  output << "INI : " << definition.configuration_value() << "\n";
+  std::cerr << "\n";
+  print_definition(std::cerr, definition);
+  if (options.json) {
+    print_json(std::cout, {{"value", definition.configuration_value()},
+                           {"definition", flash_record_json(definition.record())},
+                           {"warnings", definition.warnings()}});
+  } else {
+    std::cout << definition.configuration_value() << '\n';
+  }
   return true;
 }
 

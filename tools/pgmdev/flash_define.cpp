@@ -16,25 +16,11 @@ namespace {
 
 constexpr const char* COUNT_PROMPT = "Number of 3rd party flash to define (max 3) : ";
 
-std::string ask(std::istream& input, const std::string& prompt) {
-  std::cerr << prompt << std::flush;
-  std::string line;
-  if (!std::getline(input, line)) {
-    std::cerr << '\n';
-    throw CliError("input ended; nothing was defined");
-  }
-  return line;
-}
-
-void refused(const std::string& reason, const std::string& limits) {
-  std::cerr << "  refused: " << reason << "; it takes " << limits << ". Try again.\n";
-}
-
 int ask_count(std::istream& input) {
   for (;;) {
-    const std::string answer = PGMDEV_FLASH_DEFINITION::normalise(ask(input, COUNT_PROMPT));
+    const std::string answer = PGMDEV_FLASH_DEFINITION::normalise(ask_line(input, COUNT_PROMPT));
     if (answer == "1" || answer == "2" || answer == "3") return answer[0] - '0';
-    refused("'" + answer + "' is not a number of chips", "1, 2 or 3");
+    say_refused("'" + answer + "' is not a number of chips", "1, 2 or 3");
   }
 }
 
@@ -50,9 +36,9 @@ Chip ask_chip(std::istream& input, std::string& script) {
   while (!definition.done()) {
     const std::string field = definition.field();
     const std::string limits = definition.limits();
-    const std::string answer = ask(input, definition.prompt());
+    const std::string answer = ask_line(input, definition.prompt());
     if (!definition.answer(answer, reason)) {
-      refused(reason, limits);
+      say_refused(reason, limits);
       continue;
     }
     script += answer + '\n';
@@ -83,6 +69,20 @@ std::string make_value(const std::string& script) {
 std::string chip_text(const Chip& chip) { return chip.manufacturer_name + " " + chip.device_name; }
 
 }  // namespace
+
+std::string ask_line(std::istream& input, const std::string& prompt) {
+  std::cerr << prompt << std::flush;
+  std::string line;
+  if (!std::getline(input, line)) {
+    std::cerr << '\n';
+    throw CliError("input ended; nothing was defined");
+  }
+  return line;
+}
+
+void say_refused(const std::string& reason, const std::string& limits) {
+  std::cerr << "  refused: " << reason << "; it takes " << limits << ". Try again.\n";
+}
 
 void define_flash(const Options& options, std::istream& input) {
   std::cerr << "Defines 1 to 3 serial flash chips for PGM_3RD_PARTY_FLASH_INI. Names and the\n"

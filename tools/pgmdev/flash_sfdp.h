@@ -23,8 +23,9 @@ void register_flash_audit_command(CLI::App* flash, Options& options);
 // Adds --sfdp, --id and --name to `flash define`.
 std::shared_ptr<SfdpDefineRequest> add_define_sfdp_options(CLI::App* define);
 
-// When the request names a dump: asks only what the tables leave open, prints the value and
-// answers true. False when no dump was given.
-bool define_from_sfdp(const SfdpDefineRequest& request, std::istream& input, std::ostream& output);
+// When the request names a dump: asks on standard error only what the tables leave open,
+// prints the value (or its JSON document) and answers true. False when no dump was given.
+bool define_from_sfdp(const Options& options, const SfdpDefineRequest& request,
+                      std::istream& input);
 
 }  // namespace pgmdev::cli

@@ -154,6 +154,10 @@ const char* PGMDEV_FLASH_DEFINITION::prompt() const {
 
 const char* PGMDEV_FLASH_DEFINITION::field() const { return done() ? "" : QUESTIONS[m_next].field; }
 
+std::string PGMDEV_FLASH_DEFINITION::text_refusal(const std::string& text) {
+  return ::text_refusal(normalise(text), true);
+}
+
 bool PGMDEV_FLASH_DEFINITION::is_text() const { return !done() && QUESTIONS[m_next].kind == TEXT; }
 
 std::string PGMDEV_FLASH_DEFINITION::limits() const {
@@ -199,7 +203,7 @@ bool PGMDEV_FLASH_DEFINITION::answer(const std::string& text, std::string& reaso
   DWORD value = 0;
   std::string written;
   if (q.kind == TEXT) {
-    reason = text_refusal(answer, m_strictness.loadable_only);
+    reason = ::text_refusal(answer, m_strictness.loadable_only);
     written = answer;
   } else if (q.kind == YES_NO) {
     reason = answer == "Y" || answer == "N" ? "" : "answer Y or N";
