@@ -109,7 +109,9 @@ namespace {
 
 int run_reporting(int argc, char** argv) {
   try {
-    return run(argc, argv);
+    const int code = run(argc, argv);
+    say_held_warnings();
+    return code;
   } catch (...) {
     return report_exception(std::current_exception());
   }

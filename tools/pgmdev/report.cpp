@@ -15,6 +15,9 @@ namespace {
 
 bool g_data_file_warning = false;  // a soft report named a data file
 std::vector<std::string> g_notes;  // said after the report
+// A failed write is reported softly with its reason and then fails the generator with a
+// bare status; the held sentence, which says why, stands for both.
+std::string g_held_write;
 
 std::string context_value(const CONTEXT& context, const std::string& name) {
   for (auto it = context.rbegin(); it != context.rend(); ++it) {
@@ -115,8 +118,15 @@ Failure describe_library_failure(const std::string& condition, const std::string
 
 int report_exception(std::exception_ptr error) {
   const int code = report_first(error);
+  say_held_warnings();
   for (const std::string& note : g_notes) print_line(note);
   return code;
+}
+
+void say_held_warnings() {
+  if (g_held_write.empty()) return;
+  print_line("warning: " + g_held_write);
+  g_held_write.clear();
 }
 
 void note_after_report(const std::string& line) { g_notes.push_back(line); }
@@ -134,7 +144,9 @@ int report_first(std::exception_ptr error) {
     const MSG_INTERNAL_ERROR_INFO& info = failure.info();
     const Failure described =
         describe_library_failure(info.condition, info.source_file, info.line, info.context);
-    print_line(described.message);
+    const bool write_failed = has(info.context, "output") && !g_held_write.empty();
+    print_line(write_failed ? g_held_write : described.message);
+    g_held_write.clear();
     return described.exit_code;
   } catch (const std::exception& failure) {
     // Thrown by the library without a report (a short line of the parts list): the place
@@ -156,8 +168,12 @@ void install_report_hook() {
     const Failure described =
         describe_library_failure(info.condition, info.source_file, info.line, info.context);
     if (described.exit_code == EXIT_DATA_FILE) g_data_file_warning = true;
-    std::cout.flush();
-    std::cerr << "pgmdev: warning: " << described.message << '\n';
+    say_held_warnings();
+    if (has(info.context, "output")) {
+      g_held_write = described.message;
+      return;
+    }
+    print_line("warning: " + described.message);
   });
 }
 

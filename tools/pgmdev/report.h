@@ -38,5 +38,7 @@ int report_exception(std::exception_ptr error);
 
 // Soft reports become warnings; one about a data file makes the exit code 4.
 void install_report_hook();
+// Says a warning still held back (a failed write whose failure never came).
+void say_held_warnings();
 
 }  // namespace pgmdev::cli
