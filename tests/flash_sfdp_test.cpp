@@ -3,6 +3,7 @@
 // the dump formats, and every truncation and many mutants of every dump.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -164,6 +165,15 @@ TEST(FlashSfdp, DumpFormatsGiveTheSameBytes) {
   const std::string raw(sst.begin(), sst.end());
   EXPECT_EQ(PGMDEV_SFDP::dump_bytes(raw), sst);
   EXPECT_EQ(PGMDEV_SFDP::dump_bytes(" 53 46\n44 50 "), (std::vector<BYTE>{0x53, 0x46, 0x44, 0x50}));
+  // A repeat of a short line up to an offset that is not a multiple of it, and one that
+  // stands for the whole 16 MiB space.
+  EXPECT_EQ(PGMDEV_SFDP::dump_bytes("00000000  53 46 44  |SFD|\n*\n0000000a  50  |P|\n"),
+            (std::vector<BYTE>{0x53, 0x46, 0x44, 0x53, 0x46, 0x44, 0x53, 0x46, 0x44, 0x53, 0x50}));
+  const std::vector<BYTE> space =
+      PGMDEV_SFDP::dump_bytes("00000000  ff  |.|\n*\n00ffffff  ee  |.|");
+  ASSERT_EQ(space.size(), 16u << 20);
+  EXPECT_EQ(std::count(space.begin(), space.end(), 0xFF), (16 << 20) - 1);
+  EXPECT_EQ(space.back(), 0xEE);
   for (const char* bad : {"5346445", "53 46 4g", "00000000  53 zz  |S|", "00000010  53  |S|"}) {
     EXPECT_THROW(PGMDEV_SFDP::dump_bytes(bad), PGMDEV_SFDP_ERROR) << bad;
   }

@@ -1,4 +1,5 @@
 // The bytes of an SFDP dump file as people publish them: raw, `hexdump -C`, or plain hex.
+#include <algorithm>
 #include <cctype>
 #include <sstream>
 
@@ -40,6 +41,20 @@ std::vector<BYTE> plain_hex(const std::string& content) {
   return bytes;
 }
 
+// Fills `bytes` up to `end` with copies of `line`. A few lines of text may stand for
+// megabytes, so the filled part is doubled rather than the line appended each time.
+void repeat_up_to(std::vector<BYTE>& bytes, const std::vector<BYTE>& line, size_t end) {
+  const size_t start = bytes.size();
+  bytes.resize(end);
+  size_t filled = std::min(line.size(), end - start);
+  std::copy_n(line.begin(), filled, bytes.begin() + start);
+  while (start + filled < end) {
+    const size_t more = std::min(filled, end - start - filled);
+    std::copy_n(bytes.begin() + start, more, bytes.begin() + start + filled);
+    filled += more;
+  }
+}
+
 // `hexdump -C`: an offset, up to 16 bytes, the characters between bars; "*" stands for
 // repeats of the line before, up to the next offset; the last line holds only the length.
 std::vector<BYTE> canonical_hexdump(const std::string& content) {
@@ -61,13 +76,7 @@ std::vector<BYTE> canonical_hexdump(const std::string& content) {
       offset = offset * 16 + size_t(digit(c));
     }
     if (offset > PGMDEV_SFDP::MAX_SIZE) throw at_line(number, "offset beyond 16 MiB");
-    if (repeat && !previous.empty() && bytes.size() < offset) {
-      bytes.reserve(offset);
-      while (offset - bytes.size() >= previous.size()) {
-        bytes.insert(bytes.end(), previous.begin(), previous.end());
-      }
-      bytes.insert(bytes.end(), previous.begin(), previous.begin() + (offset - bytes.size()));
-    }
+    if (repeat && !previous.empty() && bytes.size() < offset) repeat_up_to(bytes, previous, offset);
     repeat = false;
     if (offset != bytes.size()) {
       throw at_line(number,
