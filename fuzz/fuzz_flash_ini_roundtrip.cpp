@@ -51,31 +51,31 @@ std::string text_of(pgmdev_fuzz::INPUT& input) {
   return text;
 }
 
+// A value of the parameter's own width from the input (its low bytes on this little-endian
+// host); a bool is 0 or 1.
+void fill_number(PGMDEV_PARAM_TYPE type, void* target, pgmdev_fuzz::INPUT& input) {
+  const QWORD value = QWORD(input.dword()) << 32 | input.dword();
+  if (type == PGMDEV_PARAM_BOOL) {
+    *static_cast<bool*>(target) = value & 1;
+    return;
+  }
+  const size_t width = type == PGMDEV_PARAM_BYTE    ? 1
+                       : type == PGMDEV_PARAM_WORD  ? 2
+                       : type == PGMDEV_PARAM_DWORD ? 4
+                                                    : 8;
+  std::memcpy(target, &value, width);
+}
+
 // Fills a record's parameters from the input, encodes it, decodes it into a fresh record
 // and checks that every parameter came back.
 template <typename RECORD>
 void record_step(pgmdev_fuzz::INPUT& input, DWORD count, const PGMDEV_PARAM_TYPE* types) {
   RECORD record;
   for (DWORD i = 0; i < count; ++i) {
-    switch (types[i]) {
-      case PGMDEV_PARAM_STRING:
-        *static_cast<std::string*>(record.params[i]) = text_of(input);
-        break;
-      case PGMDEV_PARAM_BOOL:
-        *static_cast<bool*>(record.params[i]) = input.byte() & 1;
-        break;
-      case PGMDEV_PARAM_BYTE:
-        *static_cast<BYTE*>(record.params[i]) = input.byte();
-        break;
-      case PGMDEV_PARAM_WORD:
-        *static_cast<WORD*>(record.params[i]) = WORD(input.dword());
-        break;
-      case PGMDEV_PARAM_DWORD:
-        *static_cast<DWORD*>(record.params[i]) = input.dword();
-        break;
-      case PGMDEV_PARAM_QWORD:
-        *static_cast<QWORD*>(record.params[i]) = QWORD(input.dword()) << 32 | input.dword();
-        break;
+    if (types[i] == PGMDEV_PARAM_STRING) {
+      *static_cast<std::string*>(record.params[i]) = text_of(input);
+    } else {
+      fill_number(types[i], record.params[i], input);
     }
   }
   DWORD size = 0;

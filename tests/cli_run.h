@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -43,9 +44,12 @@ inline std::string cli_path() {
 #endif
 }
 
-// Each run gets its own files, so tests may run in parallel processes.
+// Each run gets its own files, so tests may run in parallel processes. `in_child` runs in
+// the child just before the tool starts, with its standard streams in place (limits, other
+// streams).
 inline CliResult run_cli(const std::vector<std::string>& args, const std::string& input = "",
-                         const std::vector<CliEnv>& env = {}) {
+                         const std::vector<CliEnv>& env = {},
+                         const std::function<void()>& in_child = {}) {
   namespace fs = std::filesystem;
   static int runs = 0;
   const fs::path dir = fs::temp_directory_path() /
@@ -67,6 +71,7 @@ inline CliResult run_cli(const std::vector<std::string>& args, const std::string
     ::dup2(in, 0);
     ::dup2(out, 1);
     ::dup2(err, 2);
+    if (in_child) in_child();
     std::vector<std::string> words = {cli_path()};
     words.insert(words.end(), args.begin(), args.end());
     std::vector<char*> argv;

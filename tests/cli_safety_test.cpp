@@ -38,37 +38,13 @@ struct RUN_LIMITS {
 
 CliResult run_limited(const std::vector<std::string>& args, const std::vector<CliEnv>& env,
                       const RUN_LIMITS& limits) {
-  const fs::path dir = fs::temp_directory_path() / ("pgmdev_cli_lim_" + std::to_string(getpid()));
-  fs::create_directories(dir);
-  const pid_t child = ::fork();
-  if (child == 0) {
-    for (const CliEnv& change : env) ::setenv(change.name.c_str(), change.value.c_str(), 1);
-    const int out = limits.out_file.empty()
-                        ? ::open((dir / "out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600)
-                        : ::open(limits.out_file.c_str(), O_WRONLY);
-    const int err = ::open((dir / "err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    ::dup2(out, 1);
-    ::dup2(err, 2);
+  return run_cli(args, "", env, [&limits] {
+    if (!limits.out_file.empty()) ::dup2(::open(limits.out_file.c_str(), O_WRONLY), 1);
     ::signal(SIGXFSZ, SIG_IGN);  // a write past the limit then fails with EFBIG
     const rlimit size{limits.file_size, limits.file_size};
     ::setrlimit(RLIMIT_FSIZE, &size);
     ::alarm(60);
-    std::vector<std::string> words = {pgmdev::test::cli_path()};
-    words.insert(words.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    for (std::string& word : words) argv.push_back(word.data());
-    argv.push_back(nullptr);
-    ::execv(argv[0], argv.data());
-    ::_exit(127);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  CliResult result;
-  result.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-  result.out = read_whole_file(dir / "out");
-  result.err = read_whole_file(dir / "err");
-  fs::remove_all(dir);
-  return result;
+  });
 }
 
 // Names a writer leaves only when it fails to clean up after itself.
