@@ -211,7 +211,7 @@ class ASK {
 
   std::string text(const char* prompt) {
     for (;;) {
-      const std::string answer = line(prompt);
+      std::string answer = line(prompt);
       const std::string reason = PGMDEV_FLASH_DEFINITION::text_refusal(answer);
       if (reason.empty()) return answer;
       say_refused(reason, "1 to 19 characters");

@@ -48,7 +48,7 @@ void print_line(const std::string& message) {
 
 }  // namespace
 
-int report_first(std::exception_ptr error);
+int report_first(const std::exception_ptr& error);
 
 std::string help_footer() {
   return "Environment:\n"
@@ -116,7 +116,7 @@ Failure describe_library_failure(const std::string& condition, const std::string
           "internal error: a check inside the library failed; please report it" + detail};
 }
 
-int report_exception(std::exception_ptr error) {
+int report_exception(const std::exception_ptr& error) {
   const int code = report_first(error);
   say_held_warnings();
   for (const std::string& note : g_notes) print_line(note);
@@ -131,7 +131,7 @@ void say_held_warnings() {
 
 void note_after_report(const std::string& line) { g_notes.push_back(line); }
 
-int report_first(std::exception_ptr error) {
+int report_first(const std::exception_ptr& error) {
   try {
     std::rethrow_exception(error);
   } catch (const DataFileError& failure) {

@@ -34,7 +34,7 @@ Failure describe_library_failure(const std::string& condition, const std::string
 void note_after_report(const std::string& line);
 
 // Turns the exception in flight into its line on standard error and returns the exit code.
-int report_exception(std::exception_ptr error);
+int report_exception(const std::exception_ptr& error);
 
 // Soft reports become warnings; one about a data file makes the exit code 4.
 void install_report_hook();
