@@ -1,5 +1,8 @@
 // Checksums and digests of the programmer's common services.
-#include <openssl/evp.h>
+// OpenSSL's direct SHA-256 routines are deprecated in favour of EVP, yet kept: see
+// get_block_sha.
+#define OPENSSL_SUPPRESS_DEPRECATED
+#include <openssl/sha.h>
 
 #include <array>
 #include <boost/crc.hpp>
@@ -75,16 +78,15 @@ WORD calculate_crc16_xmodem(const BYTE* data, size_t length) {
   return crc.checksum();
 }
 
+// The direct routines rather than EVP: the first EVP digest loads OpenSSL's configuration
+// and default provider, which costs a short-lived process about 2 MiB and several
+// milliseconds, and would settle the configuration for a host program sharing OpenSSL.
 BYTE* get_block_sha(const unsigned char* data, unsigned long length, unsigned long digest_size) {
-  if (digest_size != 32) return nullptr;
-  std::unique_ptr<BYTE[]> digest(new BYTE[32]);
-  unsigned int written = 0;
-  static const unsigned char empty = 0;
-  // Fetched once: an implicit fetch on every call costs more than hashing a part name.
-  static EVP_MD* const fetched = EVP_MD_fetch(nullptr, "SHA256", nullptr);
-  const EVP_MD* md = fetched != nullptr ? fetched : EVP_sha256();
-  if (EVP_Digest(data ? data : &empty, length, digest.get(), &written, md, nullptr) != 1 ||
-      written != 32) {
+  if (digest_size != SHA256_DIGEST_LENGTH) return nullptr;
+  std::unique_ptr<BYTE[]> digest(new BYTE[SHA256_DIGEST_LENGTH]);
+  SHA256_CTX context;
+  if (SHA256_Init(&context) != 1 || (length != 0 && SHA256_Update(&context, data, length) != 1) ||
+      SHA256_Final(digest.get(), &context) != 1) {
     return nullptr;
   }
   return digest.release();
