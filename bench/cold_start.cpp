@@ -25,6 +25,7 @@
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_mgr.h"
+#include "platform.h"
 
 extern char** environ;
 
@@ -193,6 +194,9 @@ void batch_report() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Soft reports ("not found") are answers to these questions, as in `pgmdev name`; printing
+  // them would bury the report.
+  MSG_INTERNAL_ERROR::set_hook([](const MSG_INTERNAL_ERROR_INFO&) {});
   if (argc == 3 && std::strcmp(argv[1], "first-use") == 0) return measure_first_use(argv[2]);
   const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 100;
   whole_processes(rounds);
