@@ -34,9 +34,11 @@ DWORD fingerprint(std::string_view text) {
 // bit per fingerprint hash seen in it, and the keys once they arrive out of order.
 class SECTION_BUILDER {
  public:
-  explicit SECTION_BUILDER(const char* text) : m_text(text) {}
+  SECTION_BUILDER(PGMDEV_DDB_GRAMMAR_ENTRIES& table, const char* text)
+      : m_table(table), m_text(text) {}
 
   void start(PGMDEV_DDB_GRAMMAR_SECTION& section) {
+    section.start(m_table, m_text);
     m_section = &section;
     m_in_order = true;
     m_keys.clear();
@@ -80,7 +82,7 @@ class SECTION_BUILDER {
   void add_entry(std::string_view key) {
     const std::string_view& last = m_list.back();
     const auto offset = [this](const char* at) { return DWORD(at - m_text); };
-    m_section->add_entry({offset(key.data()), DWORD(key.size()), offset(m_list.front().data()),
+    m_section->add_entry({offset(key.data()), DWORD(key.size()),
                           offset(last.data() + last.size() + 1), DWORD(m_list.size())});
     if (m_in_order) {
       m_last_key = key;
@@ -97,6 +99,7 @@ class SECTION_BUILDER {
  private:
   static size_t seen_bit(DWORD print) { return (print * 0x9E3779B1u) >> 16; }
 
+  PGMDEV_DDB_GRAMMAR_ENTRIES& m_table;
   const char* m_text;
   PGMDEV_DDB_GRAMMAR_SECTION* m_section = nullptr;
   bool m_in_order = true;
@@ -187,6 +190,26 @@ class GRAMMAR_READER {
   DWORD m_listed = 0;  // strings of the entry being read
 };
 
+// At least the number of entries in the payload [from, limit): every entry ends with two
+// zero bytes in a row (its last string's and its own) and no two entries share them, so
+// counting such pairs sizes the entry table in one allocation. Word at a time, as
+// find_zero; the text's slack covers the last word.
+size_t count_entries_bound(const BYTE* data, DWORD from, DWORD limit) {
+  constexpr QWORD LOW7 = 0x7F7F7F7F7F7F7F7Full;
+  size_t pairs = 0;
+  QWORD carry = 0;  // top bit set when the previous word's last byte was zero
+  for (DWORD at = from; at < limit; at += 8) {
+    QWORD word = load_le64(reinterpret_cast<const char*>(data + at));
+    QWORD zeros = ~(((word & LOW7) + LOW7) | word | LOW7);
+    if (limit - at < 8) zeros &= (QWORD(1) << (8 * (limit - at))) - 1;
+    // One bit per byte at most, so a multiply sums them: no popcount call, no branch.
+    const QWORD pair = zeros & ((zeros << 8) | carry);
+    pairs += size_t(((pair >> 7) * 0x0101010101010101ull) >> 56);
+    carry = zeros >> 56;
+  }
+  return pairs;
+}
+
 }  // namespace
 
 void parse_grammar_payload(std::vector<BYTE>&& data, PGMDEV_DDB_GRAMMAR_DB& db) {
@@ -195,7 +218,10 @@ void parse_grammar_payload(std::vector<BYTE>&& data, PGMDEV_DDB_GRAMMAR_DB& db) 
                MODULE_DDB_MGR);
   const BYTE* text = db.adopt_text(std::move(data));
   GRAMMAR_READER reader(text, data_size);
-  SECTION_BUILDER builder(reinterpret_cast<const char*>(text));
+  PGMDEV_DDB_GRAMMAR_ENTRIES& table = db.entry_table();
+  table.reserve(table.size() +
+                count_entries_bound(text, NAMING_MAGIC_SIZE, data_size - NAMING_TRAILER_SIZE));
+  SECTION_BUILDER builder(table, reinterpret_cast<const char*>(text));
   DWORD pointer_index = 0;
   builder.start(*db.get_section(pointer_index));
   while (reader.at_payload()) {

@@ -12,10 +12,11 @@ constexpr unsigned WALKS_BEFORE_INDEX = 8;
 }  // namespace
 
 const PGMDEV_DDB_GRAMMAR_ENTRY* PGMDEV_DDB_GRAMMAR_SECTION::find(std::string_view key) const {
-  const auto found = std::lower_bound(m_entries.begin(), m_entries.end(), key,
+  const PGMDEV_DDB_GRAMMAR_ENTRY_RANGE all = entries();
+  const auto found = std::lower_bound(all.begin(), all.end(), key,
                                       [this](const PGMDEV_DDB_GRAMMAR_ENTRY& entry,
                                              std::string_view k) { return this->key(entry) < k; });
-  return found != m_entries.end() && this->key(*found) == key ? &*found : nullptr;
+  return found != all.end() && this->key(*found) == key ? found : nullptr;
 }
 
 PGMDEV_DDB_GRAMMAR_LIST PGMDEV_DDB_GRAMMAR_SECTION::list_of(std::string_view key) const {
@@ -24,7 +25,8 @@ PGMDEV_DDB_GRAMMAR_LIST PGMDEV_DDB_GRAMMAR_SECTION::list_of(std::string_view key
 }
 
 void PGMDEV_DDB_GRAMMAR_SECTION::sort_entries() {
-  std::sort(m_entries.begin(), m_entries.end(),
+  const auto first = m_table->begin() + std::ptrdiff_t(m_first);
+  std::sort(first, first + std::ptrdiff_t(m_size),
             [this](const auto& a, const auto& b) { return key(a) < key(b); });
 }
 
@@ -39,8 +41,6 @@ const PGMDEV_DDB_GRAMMAR_SECTION* PGMDEV_DDB_GRAMMAR_DB::get_section(DWORD secti
 const BYTE* PGMDEV_DDB_GRAMMAR_DB::adopt_text(std::vector<BYTE>&& text) {
   m_text = std::move(text);
   m_text.resize(m_text.size() + PGMDEV_DDB_GRAMMAR_TEXT_SLACK, 0);
-  const char* base = reinterpret_cast<const char*>(m_text.data());
-  for (auto& section : m_sections) section.set_text(base);
   return m_text.data();
 }
 

@@ -59,13 +59,31 @@ class PGMDEV_DDB_GRAMMAR_LIST_VIEW {
 };
 
 // Offsets into the database's text keep entries small: the shipped sections then fit in
-// ordinary heap blocks rather than fresh pages.
+// ordinary heap blocks rather than fresh pages. The list starts just past the key's zero.
 struct PGMDEV_DDB_GRAMMAR_ENTRY {
   DWORD m_key;  // offset of the key
   DWORD m_key_size;
-  DWORD m_list;      // offset of the list's first string
   DWORD m_list_end;  // offset just past the last string's zero byte
   DWORD m_count;
+};
+
+using PGMDEV_DDB_GRAMMAR_ENTRIES = std::vector<PGMDEV_DDB_GRAMMAR_ENTRY>;
+
+// A section's run of entries within the table all sections share.
+class PGMDEV_DDB_GRAMMAR_ENTRY_RANGE {
+ public:
+  PGMDEV_DDB_GRAMMAR_ENTRY_RANGE(const PGMDEV_DDB_GRAMMAR_ENTRY* begin, size_t size)
+      : m_begin(begin), m_size(size) {}
+  const PGMDEV_DDB_GRAMMAR_ENTRY* begin() const { return m_begin; }
+  const PGMDEV_DDB_GRAMMAR_ENTRY* end() const { return m_begin + m_size; }
+  size_t size() const { return m_size; }
+  bool empty() const { return m_size == 0; }
+  const PGMDEV_DDB_GRAMMAR_ENTRY& front() const { return *m_begin; }
+  const PGMDEV_DDB_GRAMMAR_ENTRY& operator[](size_t i) const { return m_begin[i]; }
+
+ protected:
+  const PGMDEV_DDB_GRAMMAR_ENTRY* m_begin;
+  size_t m_size;
 };
 
 // Zero bytes kept behind a grammar database's text, so that the parser may read whole
@@ -73,33 +91,48 @@ struct PGMDEV_DDB_GRAMMAR_ENTRY {
 constexpr size_t PGMDEV_DDB_GRAMMAR_TEXT_SLACK = 8;
 
 // One grammar section: an ordered map from key to list, kept as entries sorted by plain
-// byte-wise key comparison.
+// byte-wise key comparison. Its entries are a run of the database's one entry table, so
+// the sections together cost one allocation of exactly the size the blob needs.
 class PGMDEV_DDB_GRAMMAR_SECTION {
  public:
-  const std::vector<PGMDEV_DDB_GRAMMAR_ENTRY>& entries() const { return m_entries; }
+  PGMDEV_DDB_GRAMMAR_ENTRY_RANGE entries() const {
+    return PGMDEV_DDB_GRAMMAR_ENTRY_RANGE(m_table ? m_table->data() + m_first : nullptr, m_size);
+  }
   std::string_view key(const PGMDEV_DDB_GRAMMAR_ENTRY& entry) const {
     return std::string_view(m_text + entry.m_key, entry.m_key_size);
   }
   PGMDEV_DDB_GRAMMAR_LIST_VIEW list(const PGMDEV_DDB_GRAMMAR_ENTRY& entry) const {
-    return PGMDEV_DDB_GRAMMAR_LIST_VIEW(m_text + entry.m_list, m_text + entry.m_list_end,
-                                        entry.m_count);
+    return PGMDEV_DDB_GRAMMAR_LIST_VIEW(m_text + entry.m_key + entry.m_key_size + 1,
+                                        m_text + entry.m_list_end, entry.m_count);
   }
-  size_t size() const { return m_entries.size(); }
-  bool empty() const { return m_entries.empty(); }
+  size_t size() const { return m_size; }
+  bool empty() const { return m_size == 0; }
   // The entry of `key`, or null.
   const PGMDEV_DDB_GRAMMAR_ENTRY* find(std::string_view key) const;
   // A copy of the list of `key`; empty when there is no such key.
   PGMDEV_DDB_GRAMMAR_LIST list_of(std::string_view key) const;
 
-  // Building (the parser): entries arrive one at a time, each pointing into `text`, the
-  // database's text; sort_entries() puts them in key order when they arrived otherwise.
-  void set_text(const char* text) { m_text = text; }
-  void add_entry(const PGMDEV_DDB_GRAMMAR_ENTRY& entry) { m_entries.push_back(entry); }
+  // Building (the parser): `table` is the database's entry table and `text` its text; the
+  // section's entries are those appended to the table from now on, one at a time, until
+  // the next section starts. sort_entries() puts them in key order when they arrived
+  // otherwise.
+  void start(PGMDEV_DDB_GRAMMAR_ENTRIES& table, const char* text) {
+    m_table = &table;
+    m_text = text;
+    m_first = table.size();
+    m_size = 0;
+  }
+  void add_entry(const PGMDEV_DDB_GRAMMAR_ENTRY& entry) {
+    m_table->push_back(entry);
+    ++m_size;
+  }
   void sort_entries();
 
  protected:
+  PGMDEV_DDB_GRAMMAR_ENTRIES* m_table = nullptr;  // null until the parser starts the section
   const char* m_text = nullptr;
-  std::vector<PGMDEV_DDB_GRAMMAR_ENTRY> m_entries;
+  size_t m_first = 0;
+  size_t m_size = 0;
 };
 
 // The eight grammar sections over one copy of the blob's text. Read-only once parsed; the
@@ -122,6 +155,8 @@ class PGMDEV_DDB_GRAMMAR_DB {
   // Takes a whole decompressed blob as the text the sections point into, and puts the
   // slack behind it.
   const BYTE* adopt_text(std::vector<BYTE>&& text);
+  // The table every section's entries live in (the parser reserves and fills it).
+  PGMDEV_DDB_GRAMMAR_ENTRIES& entry_table() { return m_entries; }
 
  protected:
   using REVERSE_INDEX = std::unordered_map<std::string_view, std::string_view>;
@@ -130,6 +165,7 @@ class PGMDEV_DDB_GRAMMAR_DB {
   std::string_view walk_key_of(DWORD section, std::string_view name) const;
 
   std::vector<BYTE> m_text;
+  PGMDEV_DDB_GRAMMAR_ENTRIES m_entries;
   std::array<PGMDEV_DDB_GRAMMAR_SECTION, PGMDEV_DDB_GRAMMAR_SECTIONS> m_sections;
   mutable std::array<std::atomic<unsigned>, PGMDEV_DDB_GRAMMAR_SECTIONS> m_walks{};
   mutable std::array<std::once_flag, PGMDEV_DDB_GRAMMAR_SECTIONS> m_index_once;
