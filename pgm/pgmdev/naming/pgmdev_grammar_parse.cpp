@@ -1,4 +1,5 @@
 // Parsing the grammar blob's payload into its eight sections.
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 #include <unordered_set>
@@ -207,7 +208,8 @@ size_t count_entries_bound(const BYTE* data, DWORD from, DWORD limit) {
     pairs += size_t(((pair >> 7) * 0x0101010101010101ull) >> 56);
     carry = zeros >> 56;
   }
-  return pairs;
+  // An entry takes five bytes at least ("K\0V\0\0"): a run of zeros asks for no more.
+  return std::min<size_t>(pairs, (limit - from) / 5);
 }
 
 }  // namespace
