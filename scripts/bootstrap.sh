@@ -9,6 +9,7 @@ packages=(
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   clang libclang-rt-14-dev
   help2man bash-completion
+  pybind11-dev python3-dev python3-pytest
 )
 
 missing=()

@@ -40,6 +40,12 @@ void add_json_flag(CLI::App* command, Options& options);
 // directory) when it is missing.
 void require_database_file(const std::string& relative, const std::string& what);
 
+// The two generators as `pgmdev generate` runs them: the output's folder is made, a missing
+// source is a CliError; `install_dir` (may be empty) holds h/pgm_parts.txt.
+void generate_device_info(const std::string& csv, const std::string& out,
+                          const std::string& install_dir);
+void generate_flash(const std::string& csv, const std::string& out);
+
 // Each command family registers its subcommands on the top-level application.
 void register_info_command(CLI::App& app, Options& options);
 void register_catalog_command(CLI::App& app, Options& options);

@@ -15,10 +15,6 @@ namespace pgmdev::cli {
 
 namespace {
 
-struct DeviceQuery {
-  std::string family, device, part, pcf;
-};
-
 struct Answer {
   std::string query;     // "part ZQ160M8C6"
   std::string found_by;  // how the tables reached the record
@@ -102,12 +98,26 @@ void check_query(const DeviceQuery& query) {
   }
 }
 
-void show_device(const Options& options, const DeviceQuery& query) {
+// The record that answers the query; a CliError when none does.
+Answer answer_for(PGMDEV_DEV_INFO_MANAGER& manager, const DeviceQuery& query) {
   check_query(query);
+  Answer answer = look_up(manager, query);
+  if (!answer.record) throw CliError("no record for " + answer.query);
+  return answer;
+}
+
+}  // namespace
+
+nlohmann::ordered_json device_json(PGMDEV_DEV_INFO_MANAGER& manager, const DeviceQuery& query) {
+  return answer_json(manager, answer_for(manager, query));
+}
+
+namespace {
+
+void show_device(const Options& options, const DeviceQuery& query) {
   require_database_file("/programmer/pgm_dev_info.pcf", "device information file");
   PGMDEV_DEV_INFO_MANAGER manager(false, 0);
-  const Answer answer = look_up(manager, query);
-  if (!answer.record) throw CliError("no record for " + answer.query);
+  const Answer answer = answer_for(manager, query);
   if (options.json) {
     print_json(std::cout, answer_json(manager, answer));
     return;
@@ -141,10 +151,7 @@ void device_batch(const Options& options) {
   require_database_file("/programmer/pgm_dev_info.pcf", "device information file");
   PGMDEV_DEV_INFO_MANAGER manager(false, 0);
   run_batch(std::cin, std::cout, options.json, [&manager](const std::string& line) {
-    const DeviceQuery query = parse_batch_line(line);
-    check_query(query);
-    const Answer answer = look_up(manager, query);
-    if (!answer.record) throw CliError("no record for " + answer.query);
+    const Answer answer = answer_for(manager, parse_batch_line(line));
     // "query" holds the input line in a batch; what it was read as keeps its own key.
     const nlohmann::ordered_json fields = answer_json(manager, answer);
     nlohmann::ordered_json renamed = {{"looked_up", answer.query}};

@@ -99,7 +99,8 @@ struct IdRequest {
   std::vector<BYTE> bytes;
 };
 
-// "EF4018" or "0xEF4018": up to FLASH_ID_SIZE bytes in the order the chip sends them.
+}  // namespace
+
 std::vector<BYTE> parse_id(const std::string& text) {
   std::string digits = text;
   if (digits.rfind("0x", 0) == 0 || digits.rfind("0X", 0) == 0) digits = digits.substr(2);
@@ -115,6 +116,8 @@ std::vector<BYTE> parse_id(const std::string& text) {
   }
   return bytes;
 }
+
+namespace {
 
 void identify(const Options& options, const std::vector<IdRequest>& requests) {
   if (requests.empty()) throw CliError("give --device-id HEX or --silicon-id HEX");

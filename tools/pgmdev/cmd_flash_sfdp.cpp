@@ -41,6 +41,8 @@ std::vector<BYTE> id_bytes(const std::string& text) {
   return bytes;
 }
 
+}  // namespace
+
 PGMDEV_SFDP read_dump(const std::string& file) {
   std::ifstream in(file, std::ios::binary);
   if (!in) throw CliError("cannot read the dump " + file);
@@ -62,7 +64,11 @@ PGMDEV_SFDP_DEFINITION derive(const PGMDEV_SFDP& sfdp, const std::string& id,
   }
 }
 
+namespace {
+
 std::string hex_id(WORD id) { return hex_text(id, 4); }
+
+}  // namespace
 
 nlohmann::ordered_json tables_json(const PGMDEV_SFDP& sfdp) {
   nlohmann::ordered_json headers = nlohmann::ordered_json::array();
@@ -106,6 +112,18 @@ nlohmann::ordered_json tables_json(const PGMDEV_SFDP& sfdp) {
           {"four_byte_table", sfdp.has_4byte_table()},
           {"notes", sfdp.notes()}};
 }
+
+nlohmann::ordered_json definition_json(const PGMDEV_SFDP& sfdp,
+                                       const PGMDEV_SFDP_DEFINITION& definition) {
+  nlohmann::ordered_json sources = nlohmann::ordered_json::object();
+  for (const auto& [column, where] : definition.sources()) sources[column] = where;
+  return {{"definition", flash_record_json(definition.record())},
+          {"sources", sources},
+          {"warnings", definition.warnings()},
+          {"tables", tables_json(sfdp)}};
+}
+
+namespace {
 
 void print_tables(std::ostream& out, const PGMDEV_SFDP& sfdp) {
   out << "SFDP revision " << int(sfdp.major()) << "." << int(sfdp.minor()) << ", access protocol "
@@ -158,13 +176,7 @@ void run_sfdp(const Options& options, const SfdpRequest& request) {
     }
     std::cout << definition.configuration_value() << '\n';
   } else if (options.json) {
-    nlohmann::ordered_json sources = nlohmann::ordered_json::object();
-    for (const auto& [column, where] : definition.sources()) sources[column] = where;
-    const nlohmann::ordered_json document = {{"definition", flash_record_json(definition.record())},
-                                             {"sources", sources},
-                                             {"warnings", definition.warnings()},
-                                             {"tables", tables_json(sfdp)}};
-    std::cout << document.dump(2) << '\n';
+    std::cout << definition_json(sfdp, definition).dump(2) << '\n';
   } else {
     print_tables(std::cout, sfdp);
     print_definition(std::cout, definition);

@@ -60,6 +60,8 @@ void generating(const std::string& out, GENERATE generate) {
   }
 }
 
+}  // namespace
+
 void generate_device_info(const std::string& csv, const std::string& out,
                           const std::string& install_dir) {
   require_source(csv);
@@ -88,6 +90,8 @@ void generate_flash(const std::string& csv, const std::string& out) {
     manager.generate_flash_database(FIO_PATH(csv), FIO_PATH(out));
   });
 }
+
+namespace {
 
 std::vector<BYTE> file_bytes(const fs::path& path) {
   std::ifstream input(path, std::ios::binary);

@@ -18,38 +18,10 @@ namespace pgmdev::cli {
 namespace {
 
 template <class RECORD>
-nlohmann::ordered_json record_json(const HPS_KIND<RECORD>& kind, const RECORD& record) {
-  nlohmann::ordered_json json;
-  for (DWORD i = 0; i < kind.count; ++i) {
-    void* data = record.params[i];
-    switch (kind.types[i]) {
-      case PGMDEV_PARAM_STRING:
-        json[kind.keys[i]] = *static_cast<std::string*>(data);
-        break;
-      case PGMDEV_PARAM_BOOL:
-        json[kind.keys[i]] = *static_cast<bool*>(data);
-        break;
-      case PGMDEV_PARAM_QWORD:
-        json[kind.keys[i]] = *static_cast<QWORD*>(data);
-        break;
-      default:
-        json[kind.keys[i]] = *static_cast<DWORD*>(data);
-        break;
-    }
-  }
-  return json;
-}
-
-template <class RECORD>
 std::string cell(const HPS_KIND<RECORD>& kind, const RECORD& record, DWORD i) {
   if (kind.types[i] == PGMDEV_PARAM_BOOL) return yes_no(*static_cast<bool*>(record.params[i]));
   return PGMDEV_FLASH_INI::print_flash_ini_data(kind.types[i], kind.rules[i].hex, record.params[i]);
 }
-
-struct HpsFilter {
-  std::string manufacturer;  // SPI: the maker's name; NAND: its ID byte in hex; empty: any
-  std::string size;          // in the unit the definition dialogue asks for; empty: any
-};
 
 // The parameter that holds the maker and the one that holds the size, for the filters.
 template <class RECORD>
@@ -60,7 +32,7 @@ std::pair<DWORD, DWORD> filter_columns(const HPS_KIND<RECORD>& kind) {
 template <class RECORD>
 bool passes(const HPS_KIND<RECORD>& kind, const RECORD& record, const HpsFilter& filter) {
   const auto [maker, size] = filter_columns(kind);
-  const nlohmann::ordered_json json = record_json(kind, record);
+  const nlohmann::ordered_json json = hps_record_json(kind, record);
   if (!filter.manufacturer.empty()) {
     const nlohmann::ordered_json& value = json[kind.keys[maker]];
     unsigned long long id = 0;
@@ -77,9 +49,10 @@ bool passes(const HPS_KIND<RECORD>& kind, const RECORD& record, const HpsFilter&
   return true;
 }
 
+// The records that pass the filter as the JSON list and as the table of `hps list`.
 template <class RECORD, class MGR>
-void list(const Options& options, const HPS_KIND<RECORD>& kind, const HpsFilter& filter) {
-  warn_if_data_file_damaged();  // its user definitions would otherwise just be missing
+nlohmann::ordered_json listing(const HPS_KIND<RECORD>& kind, const HpsFilter& filter,
+                               Table& table) {
   if (!filter.size.empty() && filter.size.find_first_not_of("0123456789") != std::string::npos) {
     throw CliError("--size takes a whole number, not '" + filter.size + "'");
   }
@@ -87,26 +60,52 @@ void list(const Options& options, const HPS_KIND<RECORD>& kind, const HpsFilter&
   const auto& records = manager->get_list();
   const size_t users = manager->get_user_list().size();
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
-  std::vector<std::string> headers = {"number", "source"};
-  for (DWORD column : kind.table_columns) headers.push_back(kind.keys[column]);
-  Table table(headers);
   for (size_t i = 0; i < records.size(); ++i) {
     if (!passes(kind, *records[i], filter)) continue;
     const char* source = i < users ? "user" : "built-in";
     nlohmann::ordered_json entry = {{"number", i + 1}, {"source", source}};
-    entry.update(record_json(kind, *records[i]));
+    entry.update(hps_record_json(kind, *records[i]));
     document.push_back(entry);
     std::vector<std::string> row = {std::to_string(i + 1), source};
     for (DWORD column : kind.table_columns) row.push_back(cell(kind, *records[i], column));
     table.add_row(row);
   }
-  MGR::delete_mgr();
+  MGR::delete_mgr();  // the next question reads the data file afresh
+  return document;
+}
+
+template <class RECORD>
+Table list_table(const HPS_KIND<RECORD>& kind) {
+  std::vector<std::string> headers = {"number", "source"};
+  for (DWORD column : kind.table_columns) headers.push_back(kind.keys[column]);
+  return Table(headers);
+}
+
+nlohmann::ordered_json listing(bool spi, const HpsFilter& filter, Table& table) {
+  return spi ? listing<PGMDEV_HPS_SPI_STRUCTURE, PGMDEV_HPS_SPI_MGR>(hps_spi_kind(), filter, table)
+             : listing<PGMDEV_HPS_NAND_STRUCTURE, PGMDEV_HPS_NAND_MGR>(hps_nand_kind(), filter,
+                                                                       table);
+}
+
+void list(const Options& options, bool spi, const HpsFilter& filter) {
+  warn_if_data_file_damaged();  // its user definitions would otherwise just be missing
+  Table table = spi ? list_table(hps_spi_kind()) : list_table(hps_nand_kind());
+  const nlohmann::ordered_json document = listing(spi, filter, table);
   if (options.json) {
     print_json(std::cout, document);
   } else {
     table.print(std::cout);
   }
 }
+
+}  // namespace
+
+nlohmann::ordered_json hps_list_json(bool spi, const HpsFilter& filter) {
+  Table unused({});
+  return listing(spi, filter, unused);
+}
+
+namespace {
 
 std::string flash_ini_path() { return gen_get_module_path() + "/pgm_flash.ini"; }
 
@@ -130,9 +129,9 @@ void add(const Options& options, const HPS_KIND<RECORD>& kind, bool force) {
   append_user_record(kind, record, force);
   const char* section = PGMDEV_FLASH_INI_SECTION_NAMES[kind.section];
   if (options.json) {
-    print_json(
-        std::cout,
-        {{"section", section}, {"file", flash_ini_path()}, {"record", record_json(kind, record)}});
+    print_json(std::cout, {{"section", section},
+                           {"file", flash_ini_path()},
+                           {"record", hps_record_json(kind, record)}});
   } else {
     std::cout << "Added to the " << section << " section of " << flash_ini_path() << '\n';
   }
@@ -179,13 +178,7 @@ void register_kind_commands(CLI::App* hps, Options& options) {
                        "Only this maker (spi: its name, case ignored; nand: its ID in hex)");
   list_cmd->add_option("--size", filter->size, "Only this size (spi: Mbit; nand: Mbyte)");
   add_json_flag(list_cmd, options);
-  list_cmd->callback([&options, kind, filter] {
-    if (*kind == "spi") {
-      list<PGMDEV_HPS_SPI_STRUCTURE, PGMDEV_HPS_SPI_MGR>(options, hps_spi_kind(), *filter);
-    } else {
-      list<PGMDEV_HPS_NAND_STRUCTURE, PGMDEV_HPS_NAND_MGR>(options, hps_nand_kind(), *filter);
-    }
-  });
+  list_cmd->callback([&options, kind, filter] { list(options, *kind == "spi", *filter); });
 
   CLI::App* add_cmd = hps->add_subcommand(
       "add", "Define an HPS boot flash by dialogue (questions on standard error)");

@@ -94,7 +94,7 @@ std::vector<std::string> grammar_names() {
 std::string or_dash(const std::string& text) { return text.empty() ? "-" : text; }
 
 // The answer's fields, in the order they are shown.
-nlohmann::ordered_json name_json(const NameAnswer& a) {
+nlohmann::ordered_json answer_json(const NameAnswer& a) {
   const bool has_opn = a.opn_enum != INVALID_DWORD;
   const bool has_hash = a.opn_hash != NO_HASH;
   return {{"name", a.name},
@@ -114,10 +114,18 @@ nlohmann::ordered_json name_json(const NameAnswer& a) {
            has_hash ? nlohmann::ordered_json(hex_text(a.opn_hash, 12)) : nlohmann::ordered_json()}};
 }
 
-void show_name(const Options& options, const std::string& input) {
+}  // namespace
+
+nlohmann::ordered_json name_json(const std::string& input) {
   const NameAnswer a = resolve(input);
   if (!known(a)) throw CliError("unknown name '" + a.name + "'", suggest(a.name, grammar_names()));
-  const nlohmann::ordered_json document = name_json(a);
+  return answer_json(a);
+}
+
+namespace {
+
+void show_name(const Options& options, const std::string& input) {
+  const nlohmann::ordered_json document = name_json(input);
   if (options.json) return print_json(std::cout, document);
   // The same names in the same order as the JSON document.
   Fields fields;
@@ -136,7 +144,7 @@ void show_name(const Options& options, const std::string& input) {
 nlohmann::ordered_json name_batch_answer(const std::string& line) {
   const NameAnswer a = resolve(line);
   if (!known(a)) throw CliError("unknown name '" + a.name + "'");
-  return name_json(a);
+  return answer_json(a);
 }
 
 unsigned long long parse_number(const std::string& text, const char* what) {
@@ -171,7 +179,8 @@ void list_opn(const Options& options, bool assigned_only) {
   options.json ? print_json(std::cout, document) : table.print(std::cout);
 }
 
-// The part, OPN slot and hash behind a slot number or, with `by_hash`, an OPN hash.
+}  // namespace
+
 nlohmann::ordered_json opn_json(const std::string& text, bool by_hash) {
   unsigned long slot = INVALID_DWORD;
   std::string part;
@@ -193,6 +202,8 @@ nlohmann::ordered_json opn_json(const std::string& text, bool by_hash) {
       {"part", part},
       {"opn_hash", hex_text(PGMDEV_MGR::get_opn_hash(part), 12)}};
 }
+
+namespace {
 
 void show_opn(const Options& options, const std::string& slot_text, const std::string& hash_text) {
   const bool by_hash = !hash_text.empty();

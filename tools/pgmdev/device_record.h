@@ -18,4 +18,13 @@ std::string device_record_kind(const PGMDEV_DEVICE_INFO& record);
 // Position of the row that `copy` was copied from, or INVALID_DWORD.
 DWORD device_record_index(const PGMDEV_DEV_INFO_MANAGER& manager, const PGMDEV_DEVICE_INFO& copy);
 
+// A `pgmdev device` question: the first non-empty name is asked.
+struct DeviceQuery {
+  std::string family, device, part, pcf;
+};
+
+// The `pgmdev device --json` answer: what was asked, which fallback found the record, its
+// kind, number (from 1) and values; a CliError for no name, an unknown one or no record.
+nlohmann::ordered_json device_json(PGMDEV_DEV_INFO_MANAGER& manager, const DeviceQuery& query);
+
 }  // namespace pgmdev::cli

@@ -33,6 +33,7 @@ struct Verdict {
   std::vector<std::string> fields;
   bool have_record = false;
   PGMDEV_SFL_FLASH_INFO record;
+  bool loads = false;  // the flash manager itself took it
 };
 
 Verdict examine(const std::string& value) {
@@ -112,25 +113,38 @@ bool loads(const std::string& value) {
   return with == without + 1;
 }
 
-}  // namespace
-
-void check_flash_value(const Options& options, const std::string& value) {
+// The verdict, confirmed by a real load when every rule passed.
+Verdict judge(const std::string& value) {
   Verdict verdict = examine(value);
-  bool loaded = false;
   if (verdict.stage.empty()) {
     require_database_file("/programmer/pgm_flash.pcf", "flash database file");
-    loaded = loads(value);
-    if (!loaded)
+    verdict.loads = loads(value);
+    if (!verdict.loads)
       verdict = {"load", "the flash manager refused it", {}, verdict.have_record, verdict.record};
   }
+  return verdict;
+}
+
+nlohmann::ordered_json verdict_json(const Verdict& verdict) {
+  nlohmann::ordered_json document = {
+      {"loads", verdict.loads}, {"refused_at", verdict.stage}, {"reason", verdict.reason}};
+  document["record"] = verdict.have_record
+                           ? nlohmann::ordered_json(flash_record_json(verdict.record))
+                           : nlohmann::ordered_json();
+  if (!verdict.have_record) document["fields"] = verdict.fields;
+  return document;
+}
+
+}  // namespace
+
+nlohmann::ordered_json flash_check_json(const std::string& value) {
+  return verdict_json(judge(value));
+}
+
+void check_flash_value(const Options& options, const std::string& value) {
+  const Verdict verdict = judge(value);
   if (options.json) {
-    nlohmann::ordered_json document = {
-        {"loads", loaded}, {"refused_at", verdict.stage}, {"reason", verdict.reason}};
-    document["record"] = verdict.have_record
-                             ? nlohmann::ordered_json(flash_record_json(verdict.record))
-                             : nlohmann::ordered_json();
-    if (!verdict.have_record) document["fields"] = verdict.fields;
-    std::cout << document.dump(2) << '\n';
+    std::cout << verdict_json(verdict).dump(2) << '\n';
   } else {
     if (verdict.have_record) {
       print_fields(std::cout, flash_record_fields(verdict.record));
@@ -140,9 +154,9 @@ void check_flash_value(const Options& options, const std::string& value) {
       }
     }
     std::cout << (verdict.have_record || !verdict.fields.empty() ? "\n" : "")
-              << (loaded ? "loads: yes" : "loads: no, " + verdict.reason) << '\n';
+              << (verdict.loads ? "loads: yes" : "loads: no, " + verdict.reason) << '\n';
   }
-  if (!loaded) throw CliError("the definition would not load: " + verdict.reason);
+  if (!verdict.loads) throw CliError("the definition would not load: " + verdict.reason);
 }
 
 }  // namespace pgmdev::cli

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
 
 #include "output.h"
 #include "pgmdev_flash_manager.h"
@@ -12,6 +14,8 @@ namespace pgmdev::cli {
 nlohmann::ordered_json flash_record_json(const PGMDEV_SFL_FLASH_INFO& record);
 // The same as name/value lines; identifier and protection bytes in hexadecimal.
 Fields flash_record_fields(const PGMDEV_SFL_FLASH_INFO& record);
+// "EF4018" or "0xEF4018": up to 3 bytes in the order the chip sends them; a CliError otherwise.
+std::vector<BYTE> parse_id(const std::string& text);
 // The identifier bytes the chip sends, in read order, as one hex string ("EF4018").
 std::string flash_id_text(const PGMDEV_SFL_FLASH_INFO& record);
 

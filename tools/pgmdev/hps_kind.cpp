@@ -75,8 +75,6 @@ const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE>& hps_nand_kind() {
   return kind;
 }
 
-namespace {
-
 // One answer into the field it is for; false with the reason when refused.
 bool accept(PGMDEV_PARAM_TYPE type, const HPS_RULE& rule, const std::string& answer, void* field,
             std::string& error) {
@@ -108,6 +106,8 @@ bool accept(PGMDEV_PARAM_TYPE type, const HPS_RULE& rule, const std::string& ans
   }
   return true;
 }
+
+namespace {
 
 std::string damaged_text(const std::string& reason) {
   return PGMDEV_FLASH_INI::get_flash_ini_path() + " is not a valid flash INI data file: " + reason +

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,46 @@ struct HPS_KIND {
 
 const HPS_KIND<PGMDEV_HPS_SPI_STRUCTURE>& hps_spi_kind();
 const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE>& hps_nand_kind();
+
+// One answer, as a user would type it, into `field` by the parameter's rule; false with the
+// reason in `error` when refused.
+bool accept(PGMDEV_PARAM_TYPE type, const HPS_RULE& rule, const std::string& answer, void* field,
+            std::string& error);
+
+// A record's parameters by key, in parameter order.
+template <class RECORD>
+nlohmann::ordered_json hps_record_json(const HPS_KIND<RECORD>& kind, const RECORD& record) {
+  nlohmann::ordered_json json;
+  for (DWORD i = 0; i < kind.count; ++i) {
+    void* data = record.params[i];
+    switch (kind.types[i]) {
+      case PGMDEV_PARAM_STRING:
+        json[kind.keys[i]] = *static_cast<std::string*>(data);
+        break;
+      case PGMDEV_PARAM_BOOL:
+        json[kind.keys[i]] = *static_cast<bool*>(data);
+        break;
+      case PGMDEV_PARAM_QWORD:
+        json[kind.keys[i]] = *static_cast<QWORD*>(data);
+        break;
+      default:
+        json[kind.keys[i]] = *static_cast<DWORD*>(data);
+        break;
+    }
+  }
+  return json;
+}
+
+// What `hps list` shows: only one maker (SPI: its name, case ignored; NAND: its ID byte in
+// hex) and one size (in the unit the dialogue asks for); empty: any.
+struct HpsFilter {
+  std::string manufacturer;
+  std::string size;
+};
+
+// The `hps list --json` answer of the SPI (or NAND) list, user definitions first, numbered
+// from 1; a CliError for a size that is not a whole number.
+nlohmann::ordered_json hps_list_json(bool spi, const HpsFilter& filter);
 
 // Asks every label in turn, asking again after a refused answer; a CliError when the input
 // ends first.

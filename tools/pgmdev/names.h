@@ -1,6 +1,7 @@
 // Known names that "did you mean" suggestions are drawn from, and checks that use them.
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,24 @@ namespace pgmdev::cli {
 std::vector<std::string> catalog_family_names();
 std::vector<std::string> catalog_device_names();
 std::vector<std::string> catalog_part_names();
+
+// `pgmdev name --json` and `pgmdev opn --json` answers; a CliError for an unknown name (with
+// the closest known names), slot or hash. An OPN question is a slot number or, with
+// `by_hash`, an OPN hash in hex.
+nlohmann::ordered_json name_json(const std::string& input);
+nlohmann::ordered_json opn_json(const std::string& text, bool by_hash);
+
+// What `catalog parts` filters by; "ANY" (or empty) matches everything.
+struct PartFilter {
+  std::string family = "ANY", device = "ANY", package = "ANY", speed = "ANY", temperature = "ANY",
+              text = "ANY";
+  bool released_only = false, preferred_only = false, include_hidden = false;
+};
+
+// The `catalog ... --json` lists; a CliError for a family or device the catalogue lacks.
+nlohmann::ordered_json families_json();
+nlohmann::ordered_json devices_json(const std::string& family_name);  // "" for every family
+nlohmann::ordered_json parts_json(PartFilter filter);
 
 // The enumeration value of a catalogue name, or a CliError naming what was asked
 // ("family", "device", "part") with the closest known names.

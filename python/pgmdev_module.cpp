@@ -1,0 +1,297 @@
+// The Python module pgmdev: where it finds its data, the error mapping, names, the catalogue
+// and device records.
+#include "pgmdev_module.h"
+
+#include <dlfcn.h>
+#include <pybind11/eval.h>
+#include <pybind11/stl.h>
+
+#include <filesystem>
+
+#include "device_record.h"
+#include "names.h"
+#include "output.h"
+#include "pgmdev_mgr.h"
+#include "platform.h"
+#include "report.h"
+#include "suggest.h"
+
+namespace fs = std::filesystem;
+
+namespace pgmdev::python {
+
+namespace {
+
+// Python text run at import: the classes scripts see, written where they read best.
+const char* const PYTHON_CLASSES = R"py(
+import collections as _collections
+
+class InternalError(Exception):
+    """A broken invariant of the library or a corrupt data file.
+
+    condition: the check that failed; module: its source file; line: where. The message
+    is the sentence the pgmdev tool prints for it."""
+
+    def __init__(self, condition, module, line, message=None):
+        super().__init__(message or f"{condition} ({module} line {line})")
+        self.condition = condition
+        self.module = module
+        self.line = line
+
+class DeviceRecord(dict):
+    """A device information record: column name -> value.
+
+    query says what was asked ("part ZQ160M8C6"), found_by which fallback of the index
+    tables found the record, row_kind which row it is (part, device, pcf, family) and
+    number its position in the database file (from 1)."""
+
+    query = ""
+    found_by = ""
+    row_kind = ""
+    number = None
+
+# Fields named as the keys of the tool's JSON lists.
+Family = _collections.namedtuple("Family", "enum family")
+Family.__doc__ = "A family of the catalogue: its enumeration value and name."
+Device = _collections.namedtuple("Device", "enum device family")
+Device.__doc__ = "A device of the catalogue and its family."
+Part = _collections.namedtuple(
+    "Part", "enum part device package speed temperature released preferred hidden")
+Part.__doc__ = "A part of the catalogue: its device, package, grades and flags."
+)py";
+
+// An installed module finds share/pgmdev from its own folder, unless configured otherwise.
+void locate_data() {
+  Dl_info info{};
+  if (dladdr(reinterpret_cast<void*>(&locate_data), &info) == 0 || info.dli_fname == nullptr) {
+    return;
+  }
+  std::error_code error;
+  const fs::path share =
+      (fs::absolute(info.dli_fname, error).parent_path() / PGMDEV_SHARE_FROM_PYDIR)
+          .lexically_normal();
+  if (!fs::is_directory(share / "programmer", error)) return;  // the build tree: its default
+  for (const char* key : {"PGMDEV_DEVICE_DB_DIR", "PGMDEV_INSTALL_DIR"}) {
+    if (cfg_get_value(key).empty()) cfg_set_value(key, share.string());
+  }
+}
+
+py::dict paths() {
+  py::dict folders;
+  folders["device_db"] = gen_get_device_db_fullpath();
+  folders["install"] = gen_get_korvel_path();
+  folders["module"] = gen_get_module_path();
+  return folders;
+}
+
+py::object optional_text(const std::string& text) {
+  return text.empty() ? py::object(py::none()) : py::object(py::str(text));
+}
+
+void bind_opn(py::module_& m) {
+  m.def(
+      "opn",
+      [](std::optional<unsigned long long> slot, const py::object& hash) {
+        if (slot.has_value() == !hash.is_none()) {
+          throw cli::CliError("give an OPN enumeration or an OPN hash");
+        }
+        if (slot)
+          return to_python(looking_up([&] { return cli::opn_json(std::to_string(*slot), false); }));
+        // An int is the hash itself; text is taken as the tool takes it (hex digits).
+        const std::string text = py::isinstance<py::int_>(hash)
+                                     ? cli::hex_text(hash.cast<unsigned long long>(), 12)
+                                     : hash.cast<std::string>();
+        unsigned long long value = 0;
+        if (!cli::parse_hex(text, value)) return to_python(cli::opn_json(text, true));
+        return to_python(looking_up([&] { return cli::opn_json(text, true); }));
+      },
+      py::arg("slot") = py::none(), py::kw_only(), py::arg("hash") = py::none(),
+      "The part in an OPN slot, or the part with a 48-bit OPN hash (an int, or hex text),\n"
+      "as `pgmdev opn --json` answers: {'opn_enum', 'part', 'opn_hash'}. LookupError when\n"
+      "no part is there; ValueError for text that is not a hash.");
+  m.def(
+      "opn_slot",
+      [](const std::string& part) -> py::object {
+        const unsigned long slot = PGMDEV_MGR::get_opn_enum(part);
+        return slot == INVALID_DWORD ? py::object(py::none()) : py::object(py::int_(slot));
+      },
+      py::arg("part"), "The first OPN slot of a part (name as given), or None.");
+  m.def(
+      "opn_hash",
+      [](const std::string& part) -> py::object {
+        const unsigned long long hash = PGMDEV_MGR::get_opn_hash(part);
+        return hash == ~0ULL ? py::object(py::none()) : py::object(py::int_(hash));
+      },
+      py::arg("part"), "The 48-bit OPN hash of a known part, or None.");
+  m.def(
+      "part_of_hash",
+      [](unsigned long long hash) { return optional_text(PGMDEV_MGR::get_opn_from_hash(hash)); },
+      py::arg("hash"), "The part whose OPN hash is `hash`, or None.");
+}
+
+void bind_catalog(py::module_& m) {
+  m.def(
+      "families",
+      [m]() {
+        py::list families;
+        for (py::handle entry : to_python(cli::families_json())) {
+          families.append(m.attr("Family")(**entry));
+        }
+        return families;
+      },
+      "Every family of the catalogue, as Family named tuples.");
+  m.def(
+      "devices",
+      [m](const std::string& family) {
+        py::list devices;
+        for (py::handle entry : to_python(looking_up([&] { return cli::devices_json(family); }))) {
+          devices.append(m.attr("Device")(**entry));
+        }
+        return devices;
+      },
+      py::arg("family") = "", "The devices of one family (every family when empty).");
+  m.def(
+      "parts",
+      [m](const std::string& family, const std::string& device, const std::string& package,
+          const std::string& speed, const std::string& temperature, const std::string& contains,
+          bool released, bool preferred, bool hidden) {
+        const cli::PartFilter filter{family,   device,   package,   speed, temperature,
+                                     contains, released, preferred, hidden};
+        py::list parts;
+        for (py::handle entry : to_python(looking_up([&] { return cli::parts_json(filter); }))) {
+          parts.append(m.attr("Part")(**entry));
+        }
+        return parts;
+      },
+      py::kw_only(), py::arg("family") = "", py::arg("device") = "", py::arg("package") = "",
+      py::arg("speed") = "", py::arg("temperature") = "", py::arg("contains") = "",
+      py::arg("released") = false, py::arg("preferred") = false, py::arg("hidden") = false,
+      "The parts that match every filter (empty: any), in part order, as Part named tuples.\n"
+      "`contains` is a case-blind part of the name; hidden parts only with hidden=True.");
+}
+
+}  // namespace
+
+std::string sentence(const cli::CliError& error) {
+  return error.what() + cli::did_you_mean(error.suggestions());
+}
+
+py::object to_python(const nlohmann::json& json) {
+  return py::module_::import("json").attr("loads")(json.dump());
+}
+
+py::object to_python(const nlohmann::ordered_json& json) {
+  return py::module_::import("json").attr("loads")(json.dump());
+}
+
+namespace {
+
+// The library's report of a broken check: InternalError with the tool's sentence for it.
+void raise_internal(py::handle type, const MSG_INTERNAL_ERROR_INFO& info) {
+  const cli::Failure described =
+      cli::describe_library_failure(info.condition, info.source_file, info.line, info.context);
+  py::object raised = type(info.condition, info.source_file, info.line, described.message);
+  PyErr_SetObject(type.ptr(), raised.ptr());
+}
+
+// A report the library goes on after: one about a data file stops the call with
+// InternalError (a script would otherwise read on without the file's records); any other
+// becomes a RuntimeWarning with the tool's sentence.
+void on_soft_report(const MSG_INTERNAL_ERROR_INFO& info) {
+  if (info.fatal) return;  // reaches the caller as an exception
+  const cli::Failure described =
+      cli::describe_library_failure(info.condition, info.source_file, info.line, info.context);
+  if (described.exit_code == cli::EXIT_DATA_FILE) throw MSG_INTERNAL_ERROR_EXCEPTION(info);
+  if (PyErr_WarnEx(PyExc_RuntimeWarning, described.message.c_str(), 1) != 0) {
+    throw py::error_already_set();  // warnings turned into errors
+  }
+}
+
+}  // namespace
+
+void bind_errors(py::module_& m) {
+  MSG_INTERNAL_ERROR::set_hook(on_soft_report);
+  py::exec(PYTHON_CLASSES, m.attr("__dict__"));
+  static py::handle internal_error = py::object(m.attr("InternalError")).release();
+  py::register_exception_translator([](std::exception_ptr thrown) {
+    try {
+      if (thrown) std::rethrow_exception(thrown);
+    } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
+      raise_internal(internal_error, error.info());
+    } catch (const NOT_FOUND& error) {
+      PyErr_SetString(PyExc_LookupError, error.what());
+    } catch (const cli::DataFileError& error) {
+      PyErr_SetString(PyExc_FileNotFoundError, error.what());
+    } catch (const cli::CliError& error) {
+      PyErr_SetString(PyExc_ValueError, sentence(error).c_str());
+    }
+  });
+}
+
+void bind_names(py::module_& m) {
+  m.def(
+      "name",
+      [](const std::string& text) {
+        return to_python(looking_up([&] { return cli::name_json(text); }));
+      },
+      py::arg("name"),
+      "A part, package, programmer or device name in every naming scheme, as\n"
+      "`pgmdev name --json` answers (package_name, pgm_name, pcf names, family,\n"
+      "possible_full_name, opn_enum, opn_hash...). LookupError for an unknown name.");
+  bind_opn(m);
+  bind_catalog(m);
+}
+
+void bind_device(py::module_& m) {
+  m.def(
+      "device",
+      [m](const std::string& family, const std::string& device, const std::string& part,
+          const std::string& pcf) {
+        if (family.empty() && device.empty() && part.empty() && pcf.empty()) {
+          throw cli::CliError("say what to look up: --family, --device, --part or --pcf NAME");
+        }
+        cli::require_database_file("/programmer/pgm_dev_info.pcf", "device information file");
+        PGMDEV_DEV_INFO_MANAGER manager(false, 0);
+        const py::object answer = to_python(looking_up([&] {
+          return cli::device_json(manager, {family, device, part, pcf});
+        }));
+        py::object record = m.attr("DeviceRecord")(answer["record"]);
+        for (const char* key : {"query", "found_by", "row_kind", "number"}) {
+          record.attr(key) = answer[key];
+        }
+        return record;
+      },
+      py::kw_only(), py::arg("family") = "", py::arg("device") = "", py::arg("part") = "",
+      py::arg("pcf") = "",
+      "The device information record of a family, device, part or pcf (device file) name,\n"
+      "as a DeviceRecord (a dict by column name; .found_by says which fallback found it).\n"
+      "LookupError for an unknown name or when no row answers.");
+}
+
+}  // namespace pgmdev::python
+
+PYBIND11_MODULE(pgmdev, m) {
+  using namespace pgmdev::python;
+  m.doc() =
+      "pgmdev: the device data of the FPGA/CPLD programmer for scripts.\n\n"
+      "Names and OPN slots (name, opn, opn_slot, opn_hash, part_of_hash), the catalogue\n"
+      "(families, devices, parts), device records (device), serial flash (FlashManager,\n"
+      "flash_encode, flash_decode, flash_check, flash_seal, sfdp_read, sfdp_derive), HPS\n"
+      "boot flash (hps_list, hps_fields, hps_add, hps_remove) and the two generators.\n\n"
+      "Bad input raises ValueError and a question without an answer LookupError, with the\n"
+      "sentence the pgmdev tool prints; a broken invariant raises InternalError.\n"
+      "The data is found as the tool finds it (PGMDEV_DEVICE_DB_DIR and friends); an\n"
+      "installed module uses the share/pgmdev of its own prefix.";
+  locate_data();
+  m.def("paths", &paths,
+        "The folders in use: device_db (databases), install (parts list) and module\n"
+        "(the user's pgm_flash.ini).");
+  m.def("version", &ver_get_version, "The library's version and build.");
+  bind_errors(m);
+  bind_names(m);
+  bind_device(m);
+  bind_flash(m);
+  bind_sfdp(m);
+  bind_hps(m);
+  bind_generators(m);
+}

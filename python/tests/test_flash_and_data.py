@@ -1,0 +1,167 @@
+# Serial flash, SFDP, HPS definitions, the generators and internal errors from the module,
+# held against the tool's answers.
+import filecmp
+import os
+
+import pgmdev
+import pytest
+from conftest import SOURCE_DIR, run_tool, sample, tool_error, tool_json
+
+SFDP_DIR = os.path.join(SOURCE_DIR, "tests", "data", "sfdp")
+
+
+def id_text(record):
+    """The read-out of a record's identifier bytes in arrival order."""
+    read_out = [0, 0, 0]
+    read_out[record["mfc_id_index"]] = record["mfc_id"]
+    read_out[record["memory_id_index"]] = record["memory_id"]
+    if record["memory_type_index"] != 0xFF:
+        read_out[record["memory_type_index"]] = record["memory_type"]
+    return "".join(f"{b:02X}" for b in read_out)
+
+
+def test_flash_manager_records_and_identify_agree_with_the_tool():
+    listed = tool_json("flash", "list")
+    with pgmdev.FlashManager() as flash:
+        assert flash.records == [
+            {k: v for k, v in r.items() if k not in ("number", "id", "gate")} for r in listed]
+        chips = [r for r in sample(flash.records, 12) if not r["silicon_id"]]
+        ids = [id_text(r) for r in chips]
+        found = flash.identify(*ids, "C2FFFF")
+    answers = tool_json("flash", "identify", *[a for i in ids for a in ("--device-id", i)])
+    assert found[:-1] == [a["record"] for a in answers]
+    assert found[-1] is None
+
+
+def test_flash_manager_is_usable_only_inside_its_with_block():
+    flash = pgmdev.FlashManager()
+    with pytest.raises(ValueError, match="with block"):
+        flash.identify("EF4018")
+    with flash as opened:
+        assert opened is flash
+        assert opened.identify("EF4018")[0]["device_name"]
+    with pytest.raises(ValueError, match="with block"):
+        flash.records
+
+
+def test_bad_identifiers_are_value_errors_with_the_tools_sentence():
+    with pgmdev.FlashManager() as flash:
+        with pytest.raises(ValueError) as raised:
+            flash.identify("EF40G8")
+    assert str(raised.value) == tool_error("flash", "identify", "--device-id", "EF40G8")
+
+
+DUMPS = sample(sorted(f for f in os.listdir(SFDP_DIR) if f.endswith(".hex")), 6)
+
+
+def dump_id(name):
+    for line in open(os.path.join(SFDP_DIR, "index.tsv"), encoding="utf-8"):
+        cells = line.split("\t")
+        if cells[0] == name:
+            return cells[3].split()[0].upper()
+    raise LookupError(name)
+
+
+@pytest.mark.parametrize("dump", DUMPS)
+def test_sfdp_and_the_user_value_agree_with_the_tool(dump):
+    path, chip = os.path.join(SFDP_DIR, dump), dump_id(dump)
+    derived = pgmdev.sfdp_derive(path, chip, name="CHIP")
+    assert derived == tool_json("flash", "sfdp", path, "--id", chip, "--name", "CHIP")
+    assert pgmdev.sfdp_read(path) == derived["tables"]
+    code, out, _ = run_tool("flash", "sfdp", path, "--id", chip, "--name", "CHIP", "--value")
+    assert code == 0
+    value = pgmdev.flash_seal(derived["definition"])
+    assert value == out.strip()
+    assert pgmdev.flash_encode(pgmdev.flash_decode(value)) == value
+    verdict = pgmdev.flash_check(value)
+    assert verdict == tool_json("flash", "check", value)
+    # The loaded record is the definition, its maker's name in capitals as loading makes it.
+    definition = derived["definition"]
+    upper = dict(definition, manufacturer_name=definition["manufacturer_name"].upper())
+    assert verdict["loads"] and verdict["record"] == upper
+
+
+def test_check_gives_the_reason_a_value_is_refused():
+    derived = pgmdev.sfdp_derive(os.path.join(SFDP_DIR, DUMPS[0]), dump_id(DUMPS[0]))
+    broken = dict(derived["definition"], sec_erase_time=61)
+    verdict = pgmdev.flash_check(pgmdev.flash_seal(broken))
+    assert not verdict["loads"] and verdict["reason"] == "rule refused: sec_erase_time is 1 to 60"
+    assert verdict == tool_json("flash", "check", pgmdev.flash_seal(broken), refused=True)
+    unsealed = pgmdev.flash_encode(pgmdev.flash_decode(pgmdev.flash_seal(broken)).split("#")[0])
+    assert pgmdev.flash_check(unsealed)["refused_at"] == "seal"
+    with pytest.raises(ValueError, match="does not decode"):
+        pgmdev.flash_decode("not a value")
+
+
+def test_sfdp_errors_carry_the_tools_sentence(tmp_path):
+    junk = tmp_path / "junk.bin"
+    junk.write_bytes(b"SFDP" + bytes(3))
+    path = os.path.join(SFDP_DIR, DUMPS[0])
+    for args, call in (((str(junk), "--id", "EF4018"), lambda: pgmdev.sfdp_derive(str(junk), "EF4018")),
+                       ((path, "--id", "EF40"), lambda: pgmdev.sfdp_derive(path, "EF40"))):
+        with pytest.raises(ValueError) as raised:
+            call()
+        assert str(raised.value) == tool_error("flash", "sfdp", *args)
+
+
+NAND = {"manufacturer_id": "2C", "device_id": "DA", "flash_byte_size": 256}
+
+
+def test_hps_definitions_added_and_removed_as_the_tool_sees_them(user_folder):
+    for kind in ("spi", "nand"):
+        assert pgmdev.hps_list(kind) == tool_json("hps", "list", kind)
+    micron = pgmdev.hps_list("spi", manufacturer="micron", size=64)
+    assert micron and micron == tool_json("hps", "list", "spi", "--manufacturer", "micron",
+                                          "--size", "64")
+    assert [key for key, _ in pgmdev.hps_fields("NAND")] == list(NAND)
+    pgmdev.hps_add("nand", NAND)
+    listed = tool_json("hps", "list", "nand")
+    assert pgmdev.hps_list("nand") == listed
+    assert listed[0]["source"] == "user" and listed[0]["manufacturer_id"] == 0x2C
+    assert listed[0]["flash_byte_size"] == 256 << 20
+    code, _, err = run_tool("hps", "add", "nand", stdin="2C\nDA\n256\n")
+    assert code == 0, err
+    assert pgmdev.hps_remove("nand", 1) == 1
+    assert pgmdev.hps_list("nand") == tool_json("hps", "list", "nand")
+    with pytest.raises(ValueError) as raised:
+        pgmdev.hps_remove("nand", 2)
+    assert str(raised.value) == tool_error("hps", "remove", "nand", "2")
+
+
+def test_refused_hps_answers_say_why(user_folder):
+    with pytest.raises(ValueError, match="manufacturer_id"):
+        pgmdev.hps_add("nand", dict(NAND, manufacturer_id="00"))
+    with pytest.raises(ValueError, match="no answer for device_id"):
+        pgmdev.hps_add("nand", {"manufacturer_id": "2C"})
+    with pytest.raises(ValueError, match="spi or nand"):
+        pgmdev.hps_list("usb")
+    assert not (user_folder / "pgm_flash.ini").exists()
+
+
+def test_generators_write_what_the_tool_writes(tmp_path):
+    data = os.path.join(SOURCE_DIR, "data")
+    pgmdev.generate_flash(os.path.join(data, "pgm_flash.csv"), str(tmp_path / "a" / "flash.pcf"))
+    code, _, err = run_tool("generate", "flash", os.path.join(data, "pgm_flash.csv"),
+                            str(tmp_path / "b.pcf"))
+    assert code == 0, err
+    assert filecmp.cmp(tmp_path / "a" / "flash.pcf", tmp_path / "b.pcf", shallow=False)
+    shipped = os.path.join(pgmdev.paths()["device_db"], "programmer", "pgm_dev_info.pcf")
+    pgmdev.generate_device_info(os.path.join(data, "pgm_dev_info.csv"), str(tmp_path / "d.pcf"))
+    assert filecmp.cmp(tmp_path / "d.pcf", shipped, shallow=False)
+    with pytest.raises(ValueError) as raised:
+        pgmdev.generate_flash(str(tmp_path / "none.csv"), str(tmp_path / "x.pcf"))
+    assert str(raised.value) == tool_error("generate", "flash", str(tmp_path / "none.csv"),
+                                           str(tmp_path / "x.pcf"))
+
+
+def test_a_corrupt_database_raises_internal_error(tmp_path, monkeypatch):
+    (tmp_path / "programmer").mkdir()
+    (tmp_path / "programmer" / "pgm_dev_info.pcf").write_bytes(b"\x00" * 64)
+    monkeypatch.setenv("PGMDEV_DEVICE_DB_DIR", str(tmp_path))
+    with pytest.raises(pgmdev.InternalError) as raised:
+        pgmdev.device(part="ZQ160M8C6")
+    error = raised.value
+    assert error.condition and error.module and error.line > 0
+    code, _, err = run_tool("device", "--part", "ZQ160M8C6")
+    assert code == 4 and f"pgmdev: warning: {error}\n" in err
+    assert str(tmp_path) in str(error) and error.condition in str(error)

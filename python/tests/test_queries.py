@@ -1,0 +1,78 @@
+# Names, OPN slots, the catalogue and device records from the module, held against the
+# tool's --json answers over a sample of the shipped data.
+import pgmdev
+import pytest
+from conftest import sample, tool_error, tool_json
+
+PARTS = sample(tool_json("catalog", "parts", "--hidden"), 25)
+
+
+@pytest.mark.parametrize("part", PARTS, ids=lambda p: p["part"])
+def test_names_and_opn_agree_with_the_tool(part):
+    answer = pgmdev.name(part["part"])
+    assert answer == tool_json("name", part["part"])
+    if answer["opn_enum"] is not None:
+        assert pgmdev.opn(answer["opn_enum"]) == tool_json("opn", str(answer["opn_enum"]))
+        assert pgmdev.opn_slot(answer["possible_full_name"]) == answer["opn_enum"]
+    if answer["opn_hash"] is not None:
+        digest = int(answer["opn_hash"], 16)
+        assert pgmdev.opn(hash=digest) == tool_json("opn", "--hash", answer["opn_hash"])
+        assert pgmdev.opn_hash(answer["possible_full_name"]) == digest
+        assert pgmdev.part_of_hash(digest) == pgmdev.opn(hash=digest)["part"]
+
+
+def test_programmer_and_package_names_resolve_like_the_tool():
+    for text in ("ZQ160SM8", "zq160m8c6", "ZQ160"):
+        assert pgmdev.name(text) == tool_json("name", text)
+
+
+def test_the_catalogue_is_named_tuples_of_the_tools_lists():
+    assert [f._asdict() for f in pgmdev.families()] == tool_json("catalog", "families")
+    assert [d._asdict() for d in pgmdev.devices()] == tool_json("catalog", "devices")
+    family = pgmdev.families()[0].family
+    assert [d._asdict() for d in pgmdev.devices(family)] == tool_json(
+        "catalog", "devices", "--family", family)
+    assert [p._asdict() for p in pgmdev.parts(device="ZQ160", released=True)] == tool_json(
+        "catalog", "parts", "--device", "ZQ160", "--released")
+    assert [p._asdict() for p in pgmdev.parts(contains="m8c", temperature="C")] == tool_json(
+        "catalog", "parts", "--contains", "m8c", "--temperature", "C")
+    assert all(p.hidden is False for p in pgmdev.parts())
+
+
+@pytest.mark.parametrize("part", sample(PARTS, 10), ids=lambda p: p["part"])
+def test_device_records_agree_with_the_tool(part):
+    for kind, name in (("part", part["part"]), ("device", part["device"])):
+        record = pgmdev.device(**{kind: name})
+        answer = tool_json("device", "--" + kind, name)
+        assert dict(record) == answer["record"]
+        assert (record.query, record.found_by, record.row_kind, record.number) == (
+            answer["query"], answer["found_by"], answer["row_kind"], answer["number"])
+
+
+def test_family_and_pcf_records_agree_with_the_tool():
+    record = pgmdev.device(part="ZQ160M8C6")
+    assert record["cfg_dev"] == "SPI_16"
+    by_pcf = pgmdev.device(pcf=record["pcf"])
+    assert dict(by_pcf) == tool_json("device", "--pcf", record["pcf"])["record"]
+    family = pgmdev.families()[0].family
+    assert dict(pgmdev.device(family=family)) == tool_json("device", "--family", family)["record"]
+
+
+@pytest.mark.parametrize("call, args", [
+    (lambda: pgmdev.device(part="ZQ160M8C"), ("device", "--part", "ZQ160M8C")),
+    (lambda: pgmdev.device(device="ZQ16"), ("device", "--device", "ZQ16")),
+    (lambda: pgmdev.device(pcf="nope"), ("device", "--pcf", "nope")),
+    (lambda: pgmdev.name("QQQ999"), ("name", "QQQ999")),
+    (lambda: pgmdev.opn(999999), ("opn", "999999")),
+    (lambda: pgmdev.devices("NOFAMILY"), ("catalog", "devices", "--family", "NOFAMILY")),
+])
+def test_unknown_names_raise_lookup_error_with_the_tools_sentence(call, args):
+    with pytest.raises(LookupError) as raised:
+        call()
+    assert str(raised.value.args[0]) == tool_error(*args)
+
+
+def test_a_question_without_a_name_is_a_value_error():
+    with pytest.raises(ValueError) as raised:
+        pgmdev.device()
+    assert str(raised.value) == tool_error("device")
