@@ -165,3 +165,17 @@ def test_a_corrupt_database_raises_internal_error(tmp_path, monkeypatch):
     code, _, err = run_tool("device", "--part", "ZQ160M8C6")
     assert code == 4 and f"pgmdev: warning: {error}\n" in err
     assert str(tmp_path) in str(error) and error.condition in str(error)
+
+
+def test_a_broken_table_raises_internal_error_as_the_tool_reports_it(tmp_path):
+    source = os.path.join(SOURCE_DIR, "data", "pgm_dev_info.csv")
+    cut = tmp_path / "cut.csv"
+    with open(source, encoding="utf-8") as lines:
+        cut.write_text("".join(line[:100].rstrip("\n") + "\n" for line in lines))
+    with pytest.raises(pgmdev.InternalError) as raised:
+        pgmdev.generate_device_info(str(cut), str(tmp_path / "out.pcf"))
+    error = raised.value
+    assert error.condition and error.module.startswith("pgm/pgmdev/") and error.line > 0
+    assert not (tmp_path / "out.pcf").exists()
+    _, _, err = run_tool("generate", "device-info", str(cut), str(tmp_path / "out.pcf"))
+    assert f"pgmdev: {error}\n" in err and str(cut) in str(error)
