@@ -61,6 +61,8 @@ Part.__doc__ = "A part of the catalogue: its device, package, grades and flags."
 )py";
 
 // An installed module finds share/pgmdev from its own folder, unless configured otherwise.
+// Set in the environment, not as an override: a script may still point elsewhere later, and
+// the tools it runs find the same data.
 void locate_data() {
   Dl_info info{};
   if (dladdr(reinterpret_cast<void*>(&locate_data), &info) == 0 || info.dli_fname == nullptr) {
@@ -72,7 +74,9 @@ void locate_data() {
           .lexically_normal();
   if (!fs::is_directory(share / "programmer", error)) return;  // the build tree: its default
   for (const char* key : {"PGMDEV_DEVICE_DB_DIR", "PGMDEV_INSTALL_DIR"}) {
-    if (cfg_get_value(key).empty()) cfg_set_value(key, share.string());
+    if (cfg_get_value(key).empty()) {
+      py::module_::import("os").attr("environ")[py::str(key)] = share.string();
+    }
   }
 }
 
@@ -95,15 +99,15 @@ void bind_opn(py::module_& m) {
         if (slot.has_value() == !hash.is_none()) {
           throw cli::CliError("give an OPN enumeration or an OPN hash");
         }
-        if (slot)
-          return to_python(looking_up([&] { return cli::opn_json(std::to_string(*slot), false); }));
-        // An int is the hash itself; text is taken as the tool takes it (hex digits).
-        const std::string text = py::isinstance<py::int_>(hash)
+        // An int hash is the hash itself; text is read as the tool reads it (hex digits).
+        const bool by_hash = !slot;
+        const std::string text = !by_hash ? std::to_string(*slot)
+                                 : py::isinstance<py::int_>(hash)
                                      ? cli::hex_text(hash.cast<unsigned long long>(), 12)
                                      : hash.cast<std::string>();
         unsigned long long value = 0;
-        if (!cli::parse_hex(text, value)) return to_python(cli::opn_json(text, true));
-        return to_python(looking_up([&] { return cli::opn_json(text, true); }));
+        if (by_hash && !cli::parse_hex(text, value)) cli::opn_json(text, true);  // ValueError
+        return to_python(looking_up([&] { return cli::opn_json(text, by_hash); }));
       },
       py::arg("slot") = py::none(), py::kw_only(), py::arg("hash") = py::none(),
       "The part in an OPN slot, or the part with a 48-bit OPN hash (an int, or hex text),\n"

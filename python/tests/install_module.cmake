@@ -34,3 +34,16 @@ string(FIND "${out}" "${real_prefix}/${PGMDEV_PYTHON_DIR}/pgmdev" module_at)
 if(data_at EQUAL -1 OR module_at EQUAL -1)
   message(FATAL_ERROR "install_module: the module or its data did not come from ${real_prefix}")
 endif()
+
+# A folder the user names wins over the prefix's own.
+execute_process(
+  COMMAND "${CMAKE_COMMAND}" -E env "PYTHONPATH=${prefix}/${PGMDEV_PYTHON_DIR}"
+          "PGMDEV_DEVICE_DB_DIR=${PGMDEV_WORK_DIR}/elsewhere" "${PGMDEV_PYTHON}" -c
+          "import pgmdev; print(pgmdev.paths()['device_db'])"
+  WORKING_DIRECTORY "${PGMDEV_WORK_DIR}" RESULT_VARIABLE result OUTPUT_VARIABLE out
+  ERROR_VARIABLE err)
+string(FIND "${out}" "${PGMDEV_WORK_DIR}/elsewhere" named_at)
+if(NOT result EQUAL 0 OR named_at EQUAL -1)
+  message(FATAL_ERROR "install_module: PGMDEV_DEVICE_DB_DIR was not followed (${result})\n"
+                      "${out}\n${err}")
+endif()

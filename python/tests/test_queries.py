@@ -1,8 +1,10 @@
 # Names, OPN slots, the catalogue and device records from the module, held against the
 # tool's --json answers over a sample of the shipped data.
+import os
+
 import pgmdev
 import pytest
-from conftest import sample, tool_error, tool_json
+from conftest import SOURCE_DIR, sample, tool_error, tool_json
 
 PARTS = sample(tool_json("catalog", "parts", "--hidden"), 25)
 
@@ -76,3 +78,24 @@ def test_a_question_without_a_name_is_a_value_error():
     with pytest.raises(ValueError) as raised:
         pgmdev.device()
     assert str(raised.value) == tool_error("device")
+
+
+def test_bad_opn_hash_text_is_a_value_error_and_good_text_a_hash():
+    with pytest.raises(ValueError) as raised:
+        pgmdev.opn(hash="XYZ")
+    assert str(raised.value) == tool_error("opn", "--hash", "XYZ")
+    with pytest.raises(ValueError):
+        pgmdev.opn(1, hash=2)
+    slot = next(p for p in PARTS if pgmdev.name(p["part"])["opn_hash"])
+    text = pgmdev.name(slot["part"])["opn_hash"]
+    assert pgmdev.opn(hash=text.lower()) == tool_json("opn", "--hash", text)
+
+
+def test_the_stubs_and_the_docstrings_cover_the_module():
+    import ast
+    stubs = ast.parse(open(os.path.join(SOURCE_DIR, "python", "pgmdev.pyi"), encoding="utf-8").read())
+    stubbed = {node.name for node in stubs.body if isinstance(node, (ast.FunctionDef, ast.ClassDef))}
+    public = {name for name in dir(pgmdev) if not name.startswith("_")}
+    assert stubbed == public
+    assert all(getattr(pgmdev, name).__doc__ for name in public)
+    assert "InternalError" in pgmdev.__doc__ and "FlashManager" in pgmdev.__doc__
