@@ -16,8 +16,8 @@ if(NOT result EQUAL 0)
   message(FATAL_ERROR "install_module: install failed (${result})\n${err}")
 endif()
 
-set(script "import pgmdev; print(pgmdev.device(part='ZQ160M8C6')['cfg_dev']); "
-           "print(pgmdev.paths()['device_db']); print(pgmdev.__file__)")
+string(CONCAT script "import pgmdev; print(pgmdev.device(part='ZQ160M8C6')['cfg_dev']); "
+       "print(pgmdev.paths()['device_db']); print(pgmdev.__file__)")
 execute_process(
   COMMAND "${CMAKE_COMMAND}" -E env "PYTHONPATH=${prefix}/${PGMDEV_PYTHON_DIR}"
           --unset=PGMDEV_DEVICE_DB_DIR --unset=PGMDEV_INSTALL_DIR --unset=PGMDEV_MODULE_DIR
