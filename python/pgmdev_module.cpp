@@ -283,7 +283,9 @@ PYBIND11_MODULE(pgmdev, m) {
       "flash_encode, flash_decode, flash_check, flash_seal, sfdp_read, sfdp_derive), HPS\n"
       "boot flash (hps_list, hps_fields, hps_add, hps_remove) and the two generators.\n\n"
       "Bad input raises ValueError and a question without an answer LookupError, with the\n"
-      "sentence the pgmdev tool prints; a broken invariant raises InternalError.\n"
+      "sentence the pgmdev tool prints; a broken invariant or a corrupt data file raises\n"
+      "InternalError, a missing data file FileNotFoundError; the library's other warnings\n"
+      "are RuntimeWarnings.\n"
       "The data is found as the tool finds it (PGMDEV_DEVICE_DB_DIR and friends); an\n"
       "installed module uses the share/pgmdev of its own prefix.";
   locate_data();
