@@ -74,10 +74,15 @@ def test_unknown_names_raise_lookup_error_with_the_tools_sentence(call, args):
     assert str(raised.value.args[0]) == tool_error(*args)
 
 
-def test_a_question_without_a_name_is_a_value_error():
+def test_a_question_without_a_name_is_a_value_error(monkeypatch, tmp_path):
+    # Said before the missing database is: the question itself is the first mistake.
+    monkeypatch.setenv("PGMDEV_DEVICE_DB_DIR", str(tmp_path / "none"))
     with pytest.raises(ValueError) as raised:
         pgmdev.device()
     assert str(raised.value) == tool_error("device")
+    with pytest.raises(FileNotFoundError) as raised:
+        pgmdev.device(part="ZQ160M8C6")
+    assert str(raised.value) == tool_error("device", "--part", "ZQ160M8C6")
 
 
 def test_bad_opn_hash_text_is_a_value_error_and_good_text_a_hash():

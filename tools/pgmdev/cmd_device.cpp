@@ -115,6 +115,7 @@ nlohmann::ordered_json device_json(PGMDEV_DEV_INFO_MANAGER& manager, const Devic
 namespace {
 
 void show_device(const Options& options, const DeviceQuery& query) {
+  check_query(query);  // before the file: a question without a name is the first mistake
   require_database_file("/programmer/pgm_dev_info.pcf", "device information file");
   PGMDEV_DEV_INFO_MANAGER manager(false, 0);
   const Answer answer = answer_for(manager, query);
