@@ -217,6 +217,8 @@ void bind_errors(py::module_& m) {
   MSG_INTERNAL_ERROR::set_hook(on_soft_report);
   py::exec(PYTHON_CLASSES, m.attr("__dict__"));
   static py::handle internal_error = py::object(m.attr("InternalError")).release();
+  // By value: the translator type pybind11 takes.
+  // NOLINTNEXTLINE(performance-unnecessary-value-param)
   py::register_exception_translator([](std::exception_ptr thrown) {
     try {
       if (thrown) std::rethrow_exception(thrown);

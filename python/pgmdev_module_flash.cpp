@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <sstream>
+#include <utility>
 
 #include "flash_check.h"
 #include "flash_record.h"
@@ -101,14 +102,14 @@ std::string seal(const py::object& definition) {
                                  : definition.cast<std::string>();
   const std::string raw = fields + "#" + USER_VALUE_CODEC::gen_ini_password(fields) + ";";
   std::ostringstream messages;
-  const std::string value = USER_VALUE_CODEC::encode_ini(raw, messages);
+  std::string value = USER_VALUE_CODEC::encode_ini(raw, messages);
   if (value.empty()) throw cli::CliError("the definition did not encode: " + messages.str());
   return value;
 }
 
 std::string decode(const std::string& value) {
   std::ostringstream messages;
-  const std::string text = USER_VALUE_CODEC::decode_ini(value, messages);
+  std::string text = USER_VALUE_CODEC::decode_ini(value, messages);
   if (text.empty()) {
     std::string why = messages.str();
     while (!why.empty() && why.back() == '\n') why.pop_back();
@@ -119,7 +120,7 @@ std::string decode(const std::string& value) {
 
 std::string encode(const std::string& text) {
   std::ostringstream messages;
-  const std::string value = USER_VALUE_CODEC::encode_ini(text, messages);
+  std::string value = USER_VALUE_CODEC::encode_ini(text, messages);
   if (value.empty()) throw cli::CliError("the text did not encode: " + messages.str());
   return value;
 }
@@ -165,8 +166,8 @@ void bind_sfdp(py::module_& m) {
       [](const std::string& path, const std::string& id, std::optional<std::string> name,
          std::optional<std::string> voltage, std::optional<int> dies) {
         PGMDEV_SFDP_CHOICES choices;
-        choices.device_name = name;
-        choices.asc_voltage = voltage;
+        choices.device_name = std::move(name);
+        choices.asc_voltage = std::move(voltage);
         if (dies) choices.die_count = BYTE(*dies);
         const PGMDEV_SFDP sfdp = cli::read_dump(path);
         return to_python(cli::definition_json(sfdp, cli::derive(sfdp, id, choices)));
