@@ -3,6 +3,7 @@ set(PGMDEV_CATALOG_DIR "${PROJECT_SOURCE_DIR}/data/catalog")
 add_executable(pgmdev_catalog_tables
                "${PROJECT_SOURCE_DIR}/tools/catalog_tables/catalog_tables.cpp")
 target_compile_options(pgmdev_catalog_tables PRIVATE ${PGMDEV_WARNINGS})
+target_include_directories(pgmdev_catalog_tables PRIVATE "${PROJECT_SOURCE_DIR}/tools/build_output")
 
 set(PGMDEV_CATALOG_TABLES "${PGMDEV_GENERATED_DIR}/catalog_tables.cpp")
 set(PGMDEV_CATALOG_TABLES_SIZE "${PGMDEV_GENERATED_DIR}/catalog_tables_size.h")

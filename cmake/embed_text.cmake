@@ -3,6 +3,7 @@ include_guard(GLOBAL)
 
 add_executable(pgmdev_embed_text "${PROJECT_SOURCE_DIR}/tools/embed_text/embed_text.cpp")
 target_compile_options(pgmdev_embed_text PRIVATE ${PGMDEV_WARNINGS})
+target_include_directories(pgmdev_embed_text PRIVATE "${PROJECT_SOURCE_DIR}/tools/build_output")
 
 # pgmdev_embed_file(<input> <symbol> <target> [NAMESPACE <ns>])
 # Generates ${PGMDEV_GENERATED_DIR}/<symbol>.cpp and <symbol>.h (see

@@ -10,6 +10,7 @@ add_executable(pgmdev_naming_packer
 target_include_directories(pgmdev_naming_packer PRIVATE "${PROJECT_SOURCE_DIR}/pgm/pgmdev")
 target_link_libraries(pgmdev_naming_packer PRIVATE pgmdev_platform)
 target_compile_options(pgmdev_naming_packer PRIVATE ${PGMDEV_WARNINGS})
+target_include_directories(pgmdev_naming_packer PRIVATE "${PROJECT_SOURCE_DIR}/tools/build_output")
 
 set(PGMDEV_NAMING_GENERATED "${PGMDEV_GENERATED_DIR}/pgmddb_naming_data.cpp")
 add_custom_command(

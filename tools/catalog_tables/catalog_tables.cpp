@@ -17,6 +17,8 @@
 #include <string>
 #include <vector>
 
+#include "build_output.h"
+
 namespace {
 
 using Row = std::vector<std::string>;
@@ -190,20 +192,6 @@ std::string header_text(const Catalogue& c) {
   return out.str();
 }
 
-// Writes beside the target and renames, so a failed run leaves nothing half-written.
-void write_file(const std::string& path, const std::string& text) {
-  const std::string temp = path + ".tmp";
-  {
-    std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-    out << text;
-    out.close();
-    if (!out) throw std::runtime_error(path + ": cannot be written");
-  }
-  if (std::rename(temp.c_str(), path.c_str()) != 0) {
-    throw std::runtime_error(path + ": cannot be written");
-  }
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -219,8 +207,8 @@ int main(int argc, char** argv) {
     index_names(c.families, "family_enum", "family_name", &c.family_index, &c.family_names);
     index_names(c.devices, "device_enum", "device_name", &c.device_index, &c.device_names);
     index_names(c.parts, "part_enum", "part_name", &c.part_index, &c.part_names);
-    write_file(argv[4], source_text(c));
-    write_file(argv[5], header_text(c));
+    pgmdev::build::write_output(argv[4], source_text(c));
+    pgmdev::build::write_output(argv[5], header_text(c));
   } catch (const std::exception& error) {
     std::cerr << "pgmdev_catalog_tables: " << error.what() << '\n';
     return 1;

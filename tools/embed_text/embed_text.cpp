@@ -18,6 +18,8 @@
 #include <string>
 #include <vector>
 
+#include "build_output.h"
+
 namespace {
 
 bool read_file(const std::string& path, std::string* bytes) {
@@ -25,21 +27,6 @@ bool read_file(const std::string& path, std::string* bytes) {
   if (!in) return false;
   bytes->assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
   return !in.bad();
-}
-
-// Writes to a temporary beside the target, then renames, so a failed run leaves no
-// half-written source for the next build to compile.
-bool write_file(const std::string& path, const std::string& text) {
-  const std::string temp = path + ".tmp";
-  {
-    std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-    if (!out || !out.write(text.data(), static_cast<std::streamsize>(text.size()))) {
-      return false;
-    }
-    out.close();
-    if (!out) return false;
-  }
-  return std::rename(temp.c_str(), path.c_str()) == 0;
 }
 
 std::size_t count_lines(const std::string& bytes) {
@@ -126,9 +113,12 @@ int main(int argc, char** argv) {
     return 1;
   }
   const std::string shown = base_name(input);
-  if (!write_file(h, header_text(shown, symbol, ns, bytes.size(), count_lines(bytes))) ||
-      !write_file(cpp, source_text(shown, symbol, ns, base_name(h), bytes))) {
-    std::cerr << argv[0] << ": cannot write " << cpp << " or " << h << "\n";
+  try {
+    pgmdev::build::write_output(h,
+                                header_text(shown, symbol, ns, bytes.size(), count_lines(bytes)));
+    pgmdev::build::write_output(cpp, source_text(shown, symbol, ns, base_name(h), bytes));
+  } catch (const std::exception& failure) {
+    std::cerr << argv[0] << ": " << failure.what() << "\n";
     return 1;
   }
   return 0;

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <sstream>
 
+#include "build_output.h"
 #include "naming/pgmdev_naming_codec.h"
 #include "naming_sources.h"
 #include "pgm_zlib.h"
@@ -73,18 +74,6 @@ std::string generated_source(const std::vector<BYTE>& grammar, const std::vector
   return out.str();
 }
 
-// Written beside the target and renamed over it, so a failed run leaves no torn file.
-void write_file(const std::string& path, const std::string& text) {
-  const std::string temporary = path + ".tmp";
-  {
-    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-    out << text;
-    out.flush();
-    if (!out) throw std::runtime_error(temporary + ": cannot be written");
-  }
-  std::filesystem::rename(temporary, path);
-}
-
 }  // namespace
 }  // namespace naming_packer
 
@@ -97,7 +86,7 @@ int main(int argc, char** argv) {
     using namespace naming_packer;
     const std::vector<BYTE> grammar = pgmdev::seal_naming_blob(grammar_payload(argv[1]));
     const std::vector<BYTE> opn = pgmdev::seal_naming_blob(opn_payload(argv[1]));
-    write_file(argv[2], generated_source(grammar, opn));
+    pgmdev::build::write_output(argv[2], generated_source(grammar, opn));
   } catch (const std::exception& error) {
     std::cerr << "pgmdev_naming_packer: " << error.what() << "\n";
     return 1;
