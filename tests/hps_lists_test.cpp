@@ -142,14 +142,4 @@ TEST(HpsRecords, CopiesPointIntoThemselves) {
   EXPECT_EQ(*static_cast<QWORD*>(moved[0].params[2]), 3u);
 }
 
-TEST(HpsRecords, KeyAndLabelTables) {
-  EXPECT_EQ(PGMDEV_HPS_SPI_PARAM_KEYS[10], "bulk_erase_interval_wait_time");
-  EXPECT_EQ(PGMDEV_HPS_SPI_PARAM_LABELS[6], "Memory Density [1 - 2048 Mbit]");
-  EXPECT_EQ(PGMDEV_HPS_SPI_PARAM_TYPES[15], PGMDEV_PARAM_BOOL);
-  EXPECT_EQ(PGMDEV_HPS_NAND_PARAM_KEYS[2], "flash_byte_size");
-  EXPECT_EQ(PGMDEV_HPS_NAND_PARAM_LABELS[0],
-            "Manufacturer ID (hex) [Cannot be all 0's or all 1's]");
-  EXPECT_EQ(PGMDEV_HPS_NAND_PARAM_TYPES[2], PGMDEV_PARAM_QWORD);
-}
-
 }  // namespace
