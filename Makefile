@@ -1,5 +1,5 @@
 # The two front-door commands: `make test` and `make demo`. Everything else is CMake.
-.PHONY: all bootstrap build test asan demo bench format tidy clean fuzz-smoke fuzz-long fuzz-merge fuzz-coverage
+.PHONY: all bootstrap build test asan tsan demo bench format tidy clean fuzz-smoke fuzz-long fuzz-merge fuzz-coverage
 
 PRESET ?= default
 
@@ -20,6 +20,11 @@ demo: build
 
 asan:
 	@$(MAKE) --no-print-directory test PRESET=asan
+
+# ThreadSanitizer over the concurrent uses the public headers document; the preset builds
+# only the library, the databases and that test.
+tsan:
+	@$(MAKE) --no-print-directory test PRESET=tsan
 
 # Every benchmark program of bench/, each with its median of five runs; BENCH_ARGS adds
 # Google Benchmark options (for example BENCH_ARGS=--benchmark_filter=Grammar).

@@ -59,6 +59,8 @@ struct PGMDEV_API PGMDEV_SFL_FLASH_INFO {
 // Owns the loaded flash records (the file's enabled records, after the user's record at index
 // 0 when one is defined) and the device-to-flash map of one programmer chain. Copies share the
 // records, which never change once loaded, and get their own copy of the map.
+// Threads: one manager per thread. Identification writes the device-to-flash map, so two
+// threads must not share a manager; a copy per thread shares the loaded records and is safe.
 class PGMDEV_API PGMDEV_FLASH_MANAGER {
  public:
   static constexpr DWORD TOTAL_DATABASE_MEMBER = 33;
