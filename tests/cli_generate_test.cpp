@@ -11,7 +11,7 @@
 namespace {
 
 using nlohmann::json;
-using pgmdev::test::read_whole_file;
+using pgmdev::test::read_text;
 using pgmdev::test::run_cli;
 namespace fs = std::filesystem;
 
@@ -35,7 +35,7 @@ TEST_F(CliGenerate, AllRebuildsTheShippedTreeByteForByte) {
   ASSERT_EQ(result.exit_code, 0) << result.err;
   for (const char* file :
        {"programmer/pgm_dev_info.pcf", "programmer/pgm_flash.pcf", "h/pgm_parts.txt"}) {
-    EXPECT_EQ(read_whole_file(m_dir / file), read_whole_file(SHARE / file)) << file;
+    EXPECT_EQ(read_text(m_dir / file), read_text(SHARE / file)) << file;
   }
   // --json names every file written.
   const auto json_result = run_cli(
@@ -51,7 +51,7 @@ TEST_F(CliGenerate, SingleGeneratorsAndTheirRefusals) {
   auto result =
       run_cli({"generate", "flash", (SOURCE / "data/pgm_flash.csv").string(), out.string()});
   ASSERT_EQ(result.exit_code, 0) << result.err;
-  EXPECT_EQ(read_whole_file(out), read_whole_file(SHARE / "programmer/pgm_flash.pcf"));
+  EXPECT_EQ(read_text(out), read_text(SHARE / "programmer/pgm_flash.pcf"));
 
   // A table cut to its first columns: bad input, named by its table and row, with the
   // condition and module in parentheses; then the output named as not replaced, and no
@@ -100,7 +100,7 @@ TEST_F(CliGenerate, DumpShowsRecordsAndTables) {
   EXPECT_EQ(dump["records"][0].size(), 33u);
 
   // A truncated file fails the library's own load checks.
-  const std::string whole = read_whole_file(SHARE / "programmer/pgm_dev_info.pcf");
+  const std::string whole = read_text(SHARE / "programmer/pgm_dev_info.pcf");
   std::ofstream(m_dir / "cut.pcf", std::ios::binary) << whole.substr(0, 500);
   result = run_cli({"dump", (m_dir / "cut.pcf").string()});
   EXPECT_EQ(result.exit_code, 4);

@@ -14,7 +14,7 @@
 
 namespace {
 
-using pgmdev::test::read_whole_file;
+using pgmdev::test::read_text;
 namespace fs = std::filesystem;
 
 const fs::path SOURCE = PGMDEV_SOURCE_DIR;
@@ -22,7 +22,7 @@ const fs::path TOOL_DIR = fs::path(PGMDEV_BINARY_DIR) / "tools" / "pgmdev";
 
 // The README's ```sh blocks, each a list of its lines.
 std::vector<std::vector<std::string>> readme_shell_blocks() {
-  std::istringstream readme(read_whole_file(SOURCE / "README.md"));
+  std::istringstream readme(read_text(SOURCE / "README.md"));
   std::vector<std::vector<std::string>> blocks;
   bool in_shell_block = false;
   for (std::string line; std::getline(readme, line);) {
@@ -55,9 +55,8 @@ std::string checked_script(const std::vector<std::string>& lines) {
 }
 
 TEST(CliReadme, EveryShellBlockRunsAsShown) {
-  const fs::path dir = fs::temp_directory_path() / ("pgmdev_readme_" + std::to_string(getpid()));
-  fs::remove_all(dir);
-  fs::create_directories(dir);
+  const pgmdev::test::ScratchDir scratch("readme");
+  const fs::path& dir = scratch.path();
   fs::create_directory_symlink(SOURCE / "data", dir / "data");
   fs::create_directory_symlink(SOURCE / "examples", dir / "examples");
   size_t tool_lines = 0;
@@ -70,15 +69,14 @@ TEST(CliReadme, EveryShellBlockRunsAsShown) {
                                 "':\"$PATH\" timeout 300 bash block.sh < /dev/null > output.txt" +
                                 " 2> errors.txt";
     const int status = std::system(command.c_str());
-    EXPECT_EQ(status, 0) << read_whole_file(dir / "errors.txt");
+    EXPECT_EQ(status, 0) << read_text(dir / "errors.txt");
   }
   EXPECT_GT(tool_lines, 30u);
-  fs::remove_all(dir);
 }
 
 std::string bash_completions(const std::string& words, int current) {
-  const fs::path dir = fs::temp_directory_path() / ("pgmdev_complete_" + std::to_string(getpid()));
-  fs::create_directories(dir);
+  const pgmdev::test::ScratchDir scratch("complete");
+  const fs::path& dir = scratch.path();
   std::ofstream(dir / "complete.bash")
       << "source <('" << (TOOL_DIR / "pgmdev").string() << "' completion bash)\n"
       << "COMP_WORDS=(" << words << "); COMP_CWORD=" << current << "; _pgmdev\n"
@@ -86,8 +84,7 @@ std::string bash_completions(const std::string& words, int current) {
   const std::string line =
       "bash '" + (dir / "complete.bash").string() + "' > '" + (dir / "out").string() + "' 2>&1";
   EXPECT_EQ(std::system(line.c_str()), 0);
-  std::string out = read_whole_file(dir / "out");
-  fs::remove_all(dir);
+  std::string out = read_text(dir / "out");
   return out.substr(0, out.find('\n'));
 }
 
@@ -104,7 +101,7 @@ TEST(CliReadme, CompletionFollowsTheCommandTree) {
 TEST(CliReadme, ManualPageShowsEveryCommand) {
   const fs::path page = TOOL_DIR / "pgmdev.1";
   if (!fs::exists(page)) GTEST_SKIP() << "help2man is not installed; no manual page was built";
-  const std::string text = read_whole_file(page);
+  const std::string text = read_text(page);
   EXPECT_NE(text.find(".TH PGMDEV \"1\""), std::string::npos);
   for (const char* command : {"catalog families",
                               "catalog devices",

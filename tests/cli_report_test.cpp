@@ -11,7 +11,7 @@
 
 namespace {
 
-using pgmdev::test::read_whole_file;
+using pgmdev::test::read_text;
 using pgmdev::test::run_cli;
 namespace fs = std::filesystem;
 
@@ -84,7 +84,7 @@ TEST_F(CliReport, MissingAndDamagedDataFilesExitFour) {
 
   // A flipped digit of the source digest: the file is stale, and named.
   fs::create_directories(m_dir / "programmer");
-  std::string image = read_whole_file(SHARE / "programmer/pgm_flash.pcf");
+  std::string image = read_text(SHARE / "programmer/pgm_flash.pcf");
   image[10] = image[10] == '0' ? '1' : '0';
   const fs::path flash = m_dir / "programmer/pgm_flash.pcf";
   std::ofstream(flash, std::ios::binary) << image;
@@ -101,7 +101,7 @@ TEST_F(CliReport, MissingAndDamagedDataFilesExitFour) {
   EXPECT_EQ(result.out, "");
 
   // A truncated device file given to dump: the user's own path is named.
-  const std::string device = read_whole_file(SHARE / "programmer/pgm_dev_info.pcf");
+  const std::string device = read_text(SHARE / "programmer/pgm_dev_info.pcf");
   std::ofstream(m_dir / "cut.pcf", std::ios::binary) << device.substr(0, 500);
   result = run_cli({"dump", (m_dir / "cut.pcf").string()});
   EXPECT_EQ(result.exit_code, 4);

@@ -7,6 +7,7 @@
 
 #include "flash_test_support.h"
 #include "pgmdev_sfdp.h"
+#include "support.h"
 
 namespace {
 
@@ -14,12 +15,7 @@ using namespace flash_test;
 
 const std::string DATA = std::string(PGMDEV_SOURCE_DIR) + "/tests/data/sfdp/";
 
-std::string read_text(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
+using pgmdev::test::read_text;
 
 class FlashSfdpAudit : public FlashTest {
  protected:
