@@ -12,10 +12,6 @@ namespace {
 
 using pgmdev::test::run_cli;
 
-size_t line_count(const std::string& text) {
-  return static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
-}
-
 TEST(CliFrame, EveryCommandHasHelp) {
   const std::vector<std::vector<std::string>> commands = {{},
                                                           {"info"},
@@ -32,22 +28,6 @@ TEST(CliFrame, EveryCommandHasHelp) {
     EXPECT_EQ(result.exit_code, 0) << command.front();
     EXPECT_NE(result.out.find("Usage:"), std::string::npos) << result.out;
   }
-}
-
-TEST(CliFrame, MistypedWordsGetOneLineWithSuggestions) {
-  auto result = run_cli({"inof"});
-  EXPECT_NE(result.exit_code, 0);
-  EXPECT_EQ(line_count(result.err), 1u) << result.err;
-  EXPECT_NE(result.err.find("did you mean info?"), std::string::npos) << result.err;
-
-  result = run_cli({"info", "--jsno"});
-  EXPECT_NE(result.exit_code, 0);
-  EXPECT_EQ(line_count(result.err), 1u) << result.err;
-  EXPECT_NE(result.err.find("did you mean --json?"), std::string::npos) << result.err;
-
-  result = run_cli({});
-  EXPECT_NE(result.exit_code, 0);
-  EXPECT_EQ(line_count(result.err), 1u) << result.err;
 }
 
 TEST(CliFrame, InfoFollowsEnvironmentAndConfigurationFile) {

@@ -50,20 +50,6 @@ class CliReport : public ::testing::Test {
   fs::path m_dir;
 };
 
-TEST_F(CliReport, UsageErrorsExitTwo) {
-  for (const std::vector<std::string>& args : {std::vector<std::string>{},
-                                               {"info", "--bogus"},
-                                               {"flash"},
-                                               {"hps", "list", "usb"},
-                                               {"opn", "--assigned"},
-                                               {"completion", "fish"}}) {
-    const auto result = run_cli(args);
-    EXPECT_EQ(result.exit_code, 2) << result.err;
-    EXPECT_EQ(result.err.rfind("pgmdev: ", 0), 0u) << result.err;
-    EXPECT_NE(first_line(result.err).find("--help')"), std::string::npos) << result.err;
-  }
-}
-
 TEST_F(CliReport, HelpListsExitCodesAndEnvironment) {
   const auto result = run_cli({"--help"});
   ASSERT_EQ(result.exit_code, 0);
