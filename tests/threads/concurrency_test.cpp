@@ -33,11 +33,13 @@ void naming_answers(Answers& out) {
   for (int part = 1; part < DEV_PART_GENERIC; part += PART_STEP) {
     const std::string name = dstr_get_user_string(part);
     const std::string pgm = PGMDEV_DEVICE_GRAMMAR_MGR::get_pgm_name(name, false, false);
-    out.push_back(name + " " + pgm + " " + PGMDEV_DEVICE_GRAMMAR_MGR::get_family(name) + " " +
-                  PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(name, false) + " " +
-                  PGMDEV_MGR::get_possible_full_name(pgm) + " " +
-                  std::to_string(dstr_get_dev_part_enum_by_string(name.c_str())) + " " +
-                  std::to_string(dstr_get_parts_by_name_prefix(name.substr(0, 4)).size()));
+    std::ostringstream answer;
+    answer << name << ' ' << pgm << ' ' << PGMDEV_DEVICE_GRAMMAR_MGR::get_family(name) << ' '
+           << PGMDEV_DEVICE_GRAMMAR_MGR::get_package_name(name, false) << ' '
+           << PGMDEV_MGR::get_possible_full_name(pgm) << ' '
+           << dstr_get_dev_part_enum_by_string(name.c_str()) << ' '
+           << dstr_get_parts_by_name_prefix(name.substr(0, 4)).size();
+    out.push_back(answer.str());
   }
 }
 
@@ -120,6 +122,7 @@ TEST(Concurrency, DocumentedUsesFromEightThreadsAgreeWithOneThread) {
   std::atomic<int> ready{0};
   std::vector<Answers> answers(THREADS);
   std::vector<std::thread> threads;
+  threads.reserve(THREADS);
   for (int t = 0; t < THREADS; ++t) {
     threads.emplace_back([&ready, &answers, &dump, t] {
       // Start together, so the first use of every table is raced.
@@ -141,6 +144,7 @@ TEST(Concurrency, CopiesOfOneManagerServeOneThreadEach) {
   const PGMDEV_FLASH_MANAGER flash(false, 1);
   std::vector<std::string> names(THREADS);
   std::vector<std::thread> threads;
+  threads.reserve(THREADS);
   for (int t = 0; t < THREADS; ++t) {
     threads.emplace_back([&, t] {
       PGMDEV_DEV_INFO_MANAGER devices(loaded);
