@@ -115,6 +115,11 @@ TEST_F(FlashShippedTable, GatedChipsNeedTheirSwitch) {
   PGMDEV_FLASH_MANAGER off(false, 1);
   EXPECT_FALSE(off.flash_id_database_mapping(false, 0, stacked.data()));
   EXPECT_FALSE(off.flash_id_database_mapping(false, 0, unverified.data()));
+  const PGMDEV_FLASH_ID_EXPLANATION why = off.explain_unanswered_id(false, stacked.data());
+  ASSERT_EQ(why.gated.size(), 1u);
+  EXPECT_EQ(why.gated[0].device_name, "W25M512JV");
+  EXPECT_EQ(why.gated[0].switch_name, "PGM_ALLOW_DIE_SELECT");
+  EXPECT_EQ(why.gated[0].meaning, PGMDEV_FLASH_MANAGER::gate_meaning("die_select"));
   cfg_set_value("PGM_ALLOW_DIE_SELECT", "1");
   PGMDEV_FLASH_MANAGER on(false, 1);
   EXPECT_TRUE(on.flash_id_database_mapping(false, 0, stacked.data()));
