@@ -107,6 +107,10 @@ GATES = {
     "S25FL127S": "SECTOR_64K",
     "S25FL256S": "SECTOR_64K",
     "W25M512JV": "DIE_SELECT",  # two stacked dies selected with C2h
+    # Answer the same bytes; AT25QL321's voltage has no second source (a 1.8 V chip fed 3.3 V
+    # is damaged).
+    "AT25SL321": "UNVERIFIED",
+    "AT25QL321": "UNVERIFIED",
 }
 COMMODITY_FLASH = 32  # configuration device type code of third-party serial flash
 MBIT = 1048576
