@@ -68,6 +68,16 @@ class FLASH_SESSION {
     return found;
   }
 
+  // Why no loaded record answers an identifier, or None when one does.
+  py::object explain(const std::string& id, bool silicon) {
+    PGMDEV_FLASH_MANAGER& manager = open();
+    const std::vector<BYTE> bytes = cli::parse_id(id);
+    BYTE read_out[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
+    std::copy(bytes.begin(), bytes.end(), read_out);
+    if (manager.flash_id_database_mapping(silicon, 0, read_out)) return py::none();
+    return to_python(cli::flash_explanation_json(manager.explain_unanswered_id(silicon, read_out)));
+  }
+
  private:
   PGMDEV_FLASH_MANAGER& open() const {
     if (!m_manager) throw cli::CliError("the flash manager is closed: use it in a with block");
@@ -140,7 +150,13 @@ void bind_flash(py::module_& m) {
                              "as dicts by column name.")
       .def("identify", &FLASH_SESSION::identify, py::kw_only(), py::arg("silicon") = false,
            "identify(*ids, silicon=False): for each identifier read-out (hex text such as\n"
-           "\"EF4018\", in the order the chip sends it) the record that answers it, or None.");
+           "\"EF4018\", in the order the chip sends it) the record that answers it, or None.")
+      .def("explain", &FLASH_SESSION::explain, py::arg("id"), py::kw_only(),
+           py::arg("silicon") = false,
+           "explain(id, silicon=False): why no loaded record answers the identifier, as\n"
+           "`pgmdev flash identify --json` says it: {'gated': [{'device_name', 'switch',\n"
+           "'meaning'}], 'refused': {'chip', 'reason'} or None, 'maker', 'text'}; None when\n"
+           "a record answers it.");
   m.def("flash_encode", &encode, py::arg("text"),
         "The configuration value that carries `text` (no seal is added: see flash_seal).");
   m.def("flash_decode", &decode, py::arg("value"),

@@ -120,13 +120,58 @@ TEST(CliFlash, IdentifiesEachSlotOfAChain) {
   result = run_cli({"flash", "identify", "--device-id", "EF4018", "--silicon-id", "14"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.out.find("no"), std::string::npos);
-  EXPECT_EQ(result.err, "pgmdev: no flash record answers 14\n");
+  EXPECT_EQ(result.err, "pgmdev: no flash record answers 14: no record answers silicon ID 14\n");
 
   for (const char* bad : {"EF40181", "XYZ", "EF401822", ""}) {
     result = run_cli({"flash", "identify", "--device-id", bad});
     EXPECT_EQ(result.exit_code, 1) << bad;
     EXPECT_NE(result.err.find("not an identifier"), std::string::npos) << bad << result.err;
   }
+}
+
+// An identifier no loaded record answers: the gated record and its switch, the reason a chip
+// stays out, or the maker of the first byte, in every output form.
+TEST(CliFlash, NotFoundSaysWhatWouldAnswerAndWhy) {
+  auto result = run_cli({"flash", "identify", "--device-id", "010219"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.err.find("no flash record answers 010219: S25FL256S answers 01 02 19 when "
+                            "PGM_ALLOW_SECTOR_64K is on: set it only for the 64 KB-sector variant"),
+            std::string::npos)
+      << result.err;
+
+  result = run_cli({"flash", "identify", "--device-id", "6BBB16", "--json"});
+  const json why = json::parse(result.out)[0]["explanation"];
+  EXPECT_EQ(why["refused"]["chip"], "Everspin EM032LX");
+  EXPECT_NE(why["refused"]["reason"].get<std::string>().find("MRAM"), std::string::npos);
+  EXPECT_EQ(why["maker"], "Everspin");
+
+  // Answered by a gated record, then by nothing the table knows: one answer line each.
+  result = run_cli({"flash", "identify", "--batch"}, "012018\nCE1234\nFFFFFF\n");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.out.find("S25FL128S/S25FL127S answers 01 20 18 when PGM_ALLOW_SECTOR_64K"),
+            std::string::npos)
+      << result.out;
+  EXPECT_NE(result.out.find("first byte CE names Samsung (JEDEC bank 1); define the "
+                            "chip from its own SFDP table with 'pgmdev flash define --sfdp DUMP "
+                            "--id CE1234'"),
+            std::string::npos)
+      << result.out;
+  EXPECT_NE(result.out.find("no chip answered"), std::string::npos);
+
+  // With its switch on, the gated record answers; --all lists it even with the switch off.
+  result =
+      run_cli({"flash", "identify", "--device-id", "010219"}, "", {{"PGM_ALLOW_SECTOR_64K", "1"}});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  result = run_cli({"flash", "list", "--all", "--json", "--manufacturer", "Cypress"});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  bool listed = false;
+  for (const json& r : json::parse(result.out)) {
+    if (r["device_name"] != "S25FL256S") continue;
+    listed = true;
+    EXPECT_TRUE(r["number"].is_null());
+    EXPECT_EQ(r["gate"], "PGM_ALLOW_SECTOR_64K");
+  }
+  EXPECT_TRUE(listed);
 }
 
 TEST(CliFlash, DialogueValueLoadsThroughTheConfiguration) {

@@ -33,6 +33,16 @@ def test_flash_manager_records_and_identify_agree_with_the_tool():
     assert found[-1] is None
 
 
+def test_explain_says_why_as_the_tool_does():
+    with pgmdev.FlashManager() as flash:
+        assert flash.explain("EF4018") is None
+        gated, refused = flash.explain("010219"), flash.explain("6BBB14")
+    assert gated == tool_json("flash", "identify", "--device-id", "010219",
+                              refused=True)[0]["explanation"]
+    assert gated["gated"][0]["switch"] == "PGM_ALLOW_SECTOR_64K"
+    assert refused["refused"]["chip"] == "Everspin EM008LX"
+
+
 def test_flash_manager_is_usable_only_inside_its_with_block():
     flash = pgmdev.FlashManager()
     with pytest.raises(ValueError, match="with block"):

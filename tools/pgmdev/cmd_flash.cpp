@@ -34,7 +34,14 @@ std::unique_ptr<PGMDEV_FLASH_MANAGER> load_flash_manager(DWORD slots) {
 struct FlashFilter {
   std::string manufacturer;  // empty: any
   std::string size;          // Mbit; empty: any
+  bool all = false;          // also the records a switch keeps out
 };
+
+bool passes(const PGMDEV_SFL_FLASH_INFO& r, const FlashFilter& filter) {
+  return (filter.manufacturer.empty() ||
+          gen_stricmp(r.manufacturer_name.c_str(), filter.manufacturer.c_str()) == 0) &&
+         (filter.size.empty() || std::to_string(r.device_bit_size >> 20) == filter.size);
+}
 
 // The records that pass the filter, by their number in the list (from 1).
 std::vector<DWORD> filtered_records(const PGMDEV_FLASH_MANAGER& manager,
@@ -43,16 +50,17 @@ std::vector<DWORD> filtered_records(const PGMDEV_FLASH_MANAGER& manager,
   std::vector<std::string> makers;
   std::vector<DWORD> chosen;
   for (DWORD i = 0; i < manager.get_flash_count(); ++i) {
-    const PGMDEV_SFL_FLASH_INFO& r = records[i];
-    makers.push_back(r.manufacturer_name);
-    if (!filter.manufacturer.empty() &&
-        gen_stricmp(r.manufacturer_name.c_str(), filter.manufacturer.c_str()) != 0) {
-      continue;
-    }
-    if (!filter.size.empty() && std::to_string(r.device_bit_size >> 20) != filter.size) continue;
-    chosen.push_back(i);
+    makers.push_back(records[i].manufacturer_name);
+    if (passes(records[i], filter)) chosen.push_back(i);
   }
-  if (!filter.manufacturer.empty() && chosen.empty() &&
+  bool gated_chosen = false;
+  if (filter.all) {
+    for (const PGMDEV_SFL_FLASH_INFO& r : manager.get_gated_flash_database()) {
+      makers.push_back(r.manufacturer_name);
+      gated_chosen = gated_chosen || passes(r, filter);
+    }
+  }
+  if (!filter.manufacturer.empty() && chosen.empty() && !gated_chosen &&
       std::none_of(makers.begin(), makers.end(), [&](const std::string& maker) {
         return gen_stricmp(maker.c_str(), filter.manufacturer.c_str()) == 0;
       })) {
@@ -83,6 +91,18 @@ void list_flash(const Options& options, const FlashFilter& filter) {
     entry["gate"] = gate_text(r);
     document.push_back(entry);
     table.add_row({std::to_string(i + 1), r.manufacturer_name, r.device_name, yes_no(r.silicon_id),
+                   yes_no(r.default_dev), r.ini, std::to_string(r.device_bit_size),
+                   std::to_string(r.device_sector_byte), flash_id_text(r), gate_text(r)});
+  }
+  // Records their switch keeps out have no number: they cannot be mapped.
+  for (const PGMDEV_SFL_FLASH_INFO& r : manager->get_gated_flash_database()) {
+    if (!filter.all || !passes(r, filter)) continue;
+    nlohmann::ordered_json entry = {{"number", nullptr}};
+    entry.update(flash_record_json(r));
+    entry["id"] = flash_id_text(r);
+    entry["gate"] = gate_text(r);
+    document.push_back(entry);
+    table.add_row({"-", r.manufacturer_name, r.device_name, yes_no(r.silicon_id),
                    yes_no(r.default_dev), r.ini, std::to_string(r.device_bit_size),
                    std::to_string(r.device_sector_byte), flash_id_text(r), gate_text(r)});
   }
@@ -119,6 +139,11 @@ std::vector<BYTE> parse_id(const std::string& text) {
 
 namespace {
 
+// The message of an identifier no loaded record answers: what would answer it, and why not.
+std::string not_found_text(const std::string& id, const PGMDEV_FLASH_ID_EXPLANATION& why) {
+  return "no flash record answers " + id + ": " + why.text;
+}
+
 void identify(const Options& options, const std::vector<IdRequest>& requests) {
   if (requests.empty()) throw CliError("give --device-id HEX or --silicon-id HEX");
   const std::unique_ptr<PGMDEV_FLASH_MANAGER> loaded =
@@ -138,7 +163,10 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
                                     {"silicon_id", request.by_silicon_id},
                                     {"found", found}};
     if (!found) {
-      unmatched += (unmatched.empty() ? "" : ", ") + request.text;
+      const PGMDEV_FLASH_ID_EXPLANATION why =
+          manager.explain_unanswered_id(request.by_silicon_id, id);
+      entry["explanation"] = flash_explanation_json(why);
+      unmatched += (unmatched.empty() ? "" : "\n") + not_found_text(request.text, why);
       table.add_row({std::to_string(slot + 1), request.text, yes_no(request.by_silicon_id), "no"});
     } else {
       const DWORD index = manager.get_flash_mapping_index(slot, false);
@@ -156,7 +184,7 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
   } else {
     table.print(std::cout);
   }
-  if (!unmatched.empty()) throw CliError("no flash record answers " + unmatched);
+  if (!unmatched.empty()) throw CliError(unmatched);
 }
 
 // A batch line is a Device-ID read-out, or "silicon " and a Silicon-ID byte; each line is
@@ -171,7 +199,7 @@ void identify_batch(const Options& options) {
     BYTE id[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
     std::copy(bytes.begin(), bytes.end(), id);
     if (!manager.flash_id_database_mapping(by_silicon, 0, id)) {
-      throw CliError("no flash record answers " + text);
+      throw CliError(not_found_text(text, manager.explain_unanswered_id(by_silicon, id)));
     }
     const DWORD index = manager.get_flash_mapping_index(0, false);
     return nlohmann::ordered_json{
@@ -226,6 +254,9 @@ void register_flash_commands(CLI::App& app, Options& options) {
   list->add_option("--manufacturer", filter->manufacturer,
                    "Only this maker's chips (case ignored)");
   list->add_option("--size", filter->size, "Only chips of this many Mbit");
+  list->add_flag("--all", filter->all,
+                 "Also the records a switch PGM_ALLOW_<word> keeps out (no number: they are not "
+                 "loaded)");
   add_json_flag(list, options);
   list->callback([&options, filter] { list_flash(options, *filter); });
 

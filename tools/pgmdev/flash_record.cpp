@@ -80,4 +80,21 @@ std::string flash_id_text(const PGMDEV_SFL_FLASH_INFO& r) {
   return text;
 }
 
+nlohmann::ordered_json flash_explanation_json(const PGMDEV_FLASH_ID_EXPLANATION& explanation) {
+  nlohmann::ordered_json gated = nlohmann::ordered_json::array();
+  for (const PGMDEV_FLASH_ID_EXPLANATION::GATED& g : explanation.gated) {
+    gated.push_back(
+        {{"device_name", g.device_name}, {"switch", g.switch_name}, {"meaning", g.meaning}});
+  }
+  nlohmann::ordered_json refused = nullptr;
+  if (!explanation.refused_chip.empty()) {
+    refused = {{"chip", explanation.refused_chip}, {"reason", explanation.refused_reason}};
+  }
+  return {{"gated", gated},
+          {"refused", refused},
+          {"maker", explanation.maker.empty() ? nlohmann::ordered_json()
+                                              : nlohmann::ordered_json(explanation.maker)},
+          {"text", explanation.text}};
+}
+
 }  // namespace pgmdev::cli

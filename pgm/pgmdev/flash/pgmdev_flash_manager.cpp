@@ -79,12 +79,15 @@ bool PGMDEV_FLASH_MANAGER::parse_database(const BYTE* data, DWORD data_size) {
   m_ini_count = m_ini_flash.device_name.empty() ? 0 : 1;
   m_flash_database =
       std::make_shared<std::vector<PGMDEV_SFL_FLASH_INFO>>(m_flash_count + m_ini_count);
-  // A disabled record is dropped: the next one read overwrites its slot.
+  // A disabled record is dropped (a copy stays to explain identifiers it would answer): the
+  // next one read overwrites its slot.
+  m_gated_database = std::make_shared<std::vector<PGMDEV_SFL_FLASH_INFO>>();
   DWORD slot = m_ini_count;
   while (slot - m_ini_count < m_flash_count) {
     if (get_database(reader, slot)) {
       ++slot;
     } else {
+      m_gated_database->push_back((*m_flash_database)[slot]);
       null_info_database(&(*m_flash_database)[slot]);
       --m_flash_count;
     }
