@@ -28,6 +28,7 @@ class CliHps : public ::testing::Test {
   json list(const std::string& kind) {
     const auto result = run_cli({"hps", "list", kind, "--json"}, "", m_env);
     EXPECT_EQ(result.exit_code, 0) << result.err;
+    EXPECT_EQ(result.err, "");  // no warning of a damaged data file
     return json::parse(result.out);
   }
 
@@ -97,6 +98,10 @@ TEST_F(CliHps, AddListRemoveCycle) {
   ASSERT_EQ(run_cli({"hps", "remove", "spi", "1"}, "", m_env).exit_code, 0);
   EXPECT_EQ(list("spi").size(), 27u);
   EXPECT_EQ(list("nand").size(), 10u);
+  // The file left by removing the last definition is taken as it is by the next edit.
+  result = run_cli({"hps", "add", "nand"}, "2C\n68\n4096\n", m_env);
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(list("nand").size(), 11u);
 }
 
 TEST_F(CliHps, UnfinishedDialogueWritesNothing) {
