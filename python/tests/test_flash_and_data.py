@@ -138,6 +138,24 @@ def test_refused_hps_answers_say_why(user_folder):
     assert not (user_folder / "pgm_flash.ini").exists()
 
 
+def test_hps_answers_are_values_of_their_type(user_folder):
+    # An int is the value itself, in the prompt's unit: 0x20 is not the text "32".
+    pgmdev.hps_add("nand", {"manufacturer_id": 0x20, "device_id": 0x10, "flash_byte_size": 256})
+    first = pgmdev.hps_list("nand")[0]
+    assert (first["manufacturer_id"], first["device_id"]) == (0x20, 0x10)
+    assert first["flash_byte_size"] == 256 << 20
+    for key, value in (("device_id", 1.5), ("device_id", None), ("device_id", True),
+                       ("flash_byte_size", [256])):
+        with pytest.raises(TypeError, match=key):
+            pgmdev.hps_add("nand", dict(NAND, **{key: value}))
+    with pytest.raises(ValueError, match="device_id"):
+        pgmdev.hps_add("nand", dict(NAND, device_id=-1))
+    # Removing the last definition leaves a file the next edit takes without force.
+    assert pgmdev.hps_remove("nand", 1) == 0
+    pgmdev.hps_add("nand", NAND)
+    assert pgmdev.hps_list("nand")[0]["device_id"] == 0xDA
+
+
 def test_generators_write_what_the_tool_writes(tmp_path):
     data = os.path.join(SOURCE_DIR, "data")
     pgmdev.generate_flash(os.path.join(data, "pgm_flash.csv"), str(tmp_path / "a" / "flash.pcf"))
