@@ -81,7 +81,7 @@ def test_sfdp_and_the_user_value_agree_with_the_tool(dump):
     assert verdict["loads"] and verdict["record"] == upper
 
 
-def test_check_gives_the_reason_a_value_is_refused():
+def test_check_gives_the_reason_a_value_is_refused(monkeypatch):
     derived = pgmdev.sfdp_derive(os.path.join(SFDP_DIR, DUMPS[0]), dump_id(DUMPS[0]))
     broken = dict(derived["definition"], sec_erase_time=61)
     verdict = pgmdev.flash_check(pgmdev.flash_seal(broken))
@@ -89,6 +89,12 @@ def test_check_gives_the_reason_a_value_is_refused():
     assert verdict == tool_json("flash", "check", pgmdev.flash_seal(broken), refused=True)
     unsealed = pgmdev.flash_encode(pgmdev.flash_decode(pgmdev.flash_seal(broken)).split("#")[0])
     assert pgmdev.flash_check(unsealed)["refused_at"] == "seal"
+    # A value set for the flash manager and refused is a warning with the same reason.
+    monkeypatch.setenv("PGM_3RD_PARTY_FLASH_INI", unsealed)
+    with pytest.warns(RuntimeWarning, match="PGM_3RD_PARTY_FLASH_INI is not loaded: the text has "
+                                            "no '#PASSWORD;' seal"):
+        with pgmdev.FlashManager():
+            pass
     with pytest.raises(ValueError, match="does not decode"):
         pgmdev.flash_decode("not a value")
 
