@@ -137,6 +137,13 @@ TEST(CliOpn, SlotsAndHashesRoundTrip) {
   EXPECT_EQ(run_cli({"opn", "1"}).exit_code, 1);  // an unassigned slot
   EXPECT_EQ(run_cli({"opn", "two"}).exit_code, 1);
   EXPECT_EQ(run_cli({"opn", "--hash", "0x0"}).exit_code, 1);
+  // A hash is 48 bits: a wider one is refused, not cut to its low 48 bits.
+  const std::string wide = "FFFF" + hash.substr(2);
+  const auto refused = run_cli({"opn", "--hash", wide});
+  EXPECT_EQ(refused.exit_code, 1);
+  EXPECT_EQ(refused.err, "pgmdev: '" + wide +
+                             "' is not an OPN hash: it is wider than 48 bits (12 hex digits)\n");
+  EXPECT_EQ(run_json({"opn", "--hash", "0000" + hash.substr(2)})["part"], "RB100Q8C5");
   const auto negative = run_cli({"opn", "-1"});
   EXPECT_EQ(negative.exit_code, 1);
   EXPECT_EQ(negative.err, "pgmdev: the OPN enumeration is 0 or more; -1 is negative\n");

@@ -94,6 +94,16 @@ def test_bad_opn_hash_text_is_a_value_error_and_good_text_a_hash():
     slot = next(p for p in PARTS if pgmdev.name(p["part"])["opn_hash"])
     text = pgmdev.name(slot["part"])["opn_hash"]
     assert pgmdev.opn(hash=text.lower()) == tool_json("opn", "--hash", text)
+    # A hash is 48 bits: a wider one is refused, not cut to the slot of its low 48 bits.
+    wide = "FFFF" + text[2:]
+    for call in (lambda: pgmdev.opn(hash=int(wide, 16)), lambda: pgmdev.opn(hash=wide),
+                 lambda: pgmdev.part_of_hash(int(wide, 16))):
+        with pytest.raises(ValueError) as raised:
+            call()
+        assert str(raised.value) == tool_error("opn", "--hash", wide)
+    for hash in (-1, 1 << 64):
+        with pytest.raises(ValueError, match="not an OPN hash"):
+            pgmdev.opn(hash=hash)
 
 
 def test_the_stubs_and_the_docstrings_cover_the_module():
