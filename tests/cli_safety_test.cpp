@@ -289,6 +289,23 @@ TEST_F(CliSafety, FifoAsDatabaseDoesNotHang) {
     EXPECT_NE(result.exit_code, 128 + SIGALRM) << command[0] << " hung";
     EXPECT_TRUE(contains(result.err, "is a FIFO, not a regular file")) << result.err;
   }
+  // The same for an SFDP dump, an audit's index.tsv and a dump that index names.
+  const fs::path dump = m_dir / "dump.hex", index_dir = m_dir / "index",
+                 dumps_dir = m_dir / "dumps";
+  ASSERT_EQ(::mkfifo(dump.c_str(), 0644), 0);
+  fs::create_directories(index_dir);
+  ASSERT_EQ(::mkfifo((index_dir / "index.tsv").c_str(), 0644), 0);
+  fs::create_directories(dumps_dir);
+  std::ofstream(dumps_dir / "index.tsv") << "file\tjedec_id\n../dump.hex\tef4018\n";
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"flash", "sfdp", dump.string(), "--id", "EF4018"},
+        {"flash", "define", "--sfdp", dump.string(), "--id", "EF4018"},
+        {"flash", "audit", "--sfdp-dir", index_dir.string()},
+        {"flash", "audit", "--sfdp-dir", dumps_dir.string()}}) {
+    const CliResult result = run_limited(command, {}, {});
+    EXPECT_EQ(result.exit_code, 1) << command.back() << " hung or failed otherwise";
+    EXPECT_TRUE(contains(result.err, "is a FIFO, not a regular file")) << result.err;
+  }
 }
 
 TEST_F(CliSafety, FullDiskAndFullOutput) {

@@ -2,7 +2,6 @@
 // (a folder with an index.tsv naming each dump's identifier) and against the table's rules.
 #include <CLI/CLI.hpp>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <sstream>
 
@@ -14,18 +13,10 @@ namespace pgmdev::cli {
 
 namespace {
 
-std::string read_file(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw CliError("cannot read " + path.string());
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
 // index.tsv: a header line naming the columns "file" and "jedec_id" (or "id"); the first six
 // hex digits of the identifier cell are the identifier bytes.
 void add_dumps(PGMDEV_SFDP_AUDIT& audit, const std::filesystem::path& folder) {
-  std::istringstream lines(read_file(folder / "index.tsv"));
+  std::istringstream lines(read_input_file((folder / "index.tsv").string()));
   std::string line;
   size_t file_column = std::string::npos, id_column = std::string::npos;
   for (size_t number = 1; std::getline(lines, line); ++number) {
@@ -57,7 +48,9 @@ void add_dumps(PGMDEV_SFDP_AUDIT& audit, const std::filesystem::path& folder) {
     }
     const std::string& file = cells[file_column];
     try {
-      audit.add_dump(file, id, PGMDEV_SFDP(PGMDEV_SFDP::dump_bytes(read_file(folder / file))));
+      audit.add_dump(
+          file, id,
+          PGMDEV_SFDP(PGMDEV_SFDP::dump_bytes(read_input_file((folder / file).string()))));
     } catch (const PGMDEV_SFDP_ERROR& error) {
       throw CliError(file + ": " + error.what());
     }
