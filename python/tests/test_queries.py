@@ -1,6 +1,7 @@
 # Names, OPN slots, the catalogue and device records from the module, held against the
 # tool's --json answers over a sample of the shipped data.
 import os
+import warnings
 
 import pgmdev
 import pytest
@@ -83,6 +84,17 @@ def test_a_question_without_a_name_is_a_value_error(monkeypatch, tmp_path):
     with pytest.raises(FileNotFoundError) as raised:
         pgmdev.device(part="ZQ160M8C6")
     assert str(raised.value) == tool_error("device", "--part", "ZQ160M8C6")
+
+
+def test_an_unusable_configuration_file_is_a_warning_said_once(monkeypatch, tmp_path):
+    missing = tmp_path / "none.ini"
+    monkeypatch.setenv("PGMDEV_CONFIG_FILE", str(missing))
+    with pytest.warns(RuntimeWarning, match=f"configuration file {missing} named by "
+                                            "PGMDEV_CONFIG_FILE is missing"):
+        pgmdev.paths()
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        pgmdev.paths()
 
 
 def test_bad_opn_hash_text_is_a_value_error_and_good_text_a_hash():

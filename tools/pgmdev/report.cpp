@@ -78,6 +78,7 @@ Failure describe_library_failure(const std::string& condition, const std::string
   // The innermost kind of place decides: writing a file, a cell of a table, a data file.
   for (auto it = context.rbegin(); it != context.rend(); ++it) {
     const std::string& kind = it->first;
+    if (kind == "configuration file") return {EXIT_USER_ERROR, condition};  // a whole sentence
     if (kind == "output") {
       return {EXIT_DATA_FILE, "cannot write the database file " + it->second +
                                   "; check that it is a regular file in a folder you can "
