@@ -78,7 +78,7 @@ void bind_hps(py::module_& m) {
       "hps_list",
       [](const std::string& kind, const std::string& manufacturer, std::optional<unsigned> size) {
         const bool spi = hps_kind_name(kind) == "spi";
-        cli::warn_if_data_file_damaged();  // its user definitions would otherwise just be missing
+        cli::warn_if_data_file_damaged(spi);  // its user definitions would otherwise be missing
         const cli::HpsFilter filter{manufacturer, size ? std::to_string(*size) : ""};
         return to_python(cli::hps_list_json(spi, filter));
       },
