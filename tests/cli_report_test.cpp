@@ -100,6 +100,25 @@ TEST_F(CliReport, MissingAndDamagedDataFilesExitFour) {
       << result.err;
   EXPECT_EQ(result.out, "");
 
+  // Each database file given in the other's place: said by its magic, in a short line.
+  fs::copy_file(SHARE / "programmer/pgm_dev_info.pcf", flash, fs::copy_options::overwrite_existing);
+  fs::copy_file(SHARE / "programmer/pgm_flash.pcf", m_dir / "programmer/pgm_dev_info.pcf");
+  const std::string rebuild = "; rebuild it with 'pgmdev generate all' or set PGMDEV_DEVICE_DB_DIR";
+  result = run_cli({"flash", "list"}, "", {{"PGMDEV_DEVICE_DB_DIR", m_dir.string()}});
+  EXPECT_EQ(result.exit_code, 4);
+  EXPECT_EQ(result.err, "pgmdev: the data file " + flash.string() +
+                            " is not a flash database file (magic 'PGMIO_DM', expected "
+                            "'PGMIO_FM')" +
+                            rebuild + "\n");
+  result =
+      run_cli({"device", "--part", "ZQ160M8C6"}, "", {{"PGMDEV_DEVICE_DB_DIR", m_dir.string()}});
+  EXPECT_EQ(result.exit_code, 4);
+  EXPECT_EQ(first_line(result.err), "pgmdev: warning: the data file " + m_dir.string() +
+                                        "/programmer/pgm_dev_info.pcf is not a device "
+                                        "information file (magic 'PGMIO_FM', expected "
+                                        "'PGMIO_DM')" +
+                                        rebuild);
+
   // A truncated device file given to dump: the user's own path is named.
   const std::string device = read_whole_file(SHARE / "programmer/pgm_dev_info.pcf");
   std::ofstream(m_dir / "cut.pcf", std::ios::binary) << device.substr(0, 500);

@@ -188,7 +188,8 @@ def test_a_corrupt_database_raises_internal_error(tmp_path, monkeypatch):
     assert error.condition and error.module and error.line > 0
     code, _, err = run_tool("device", "--part", "ZQ160M8C6")
     assert code == 4 and f"pgmdev: warning: {error}\n" in err
-    assert str(tmp_path) in str(error) and error.condition in str(error)
+    # Another file in its place is said by its magic, not by the long condition.
+    assert str(tmp_path) in str(error) and "is not a device information file (magic" in str(error)
 
 
 def test_a_broken_table_raises_internal_error_as_the_tool_reports_it(tmp_path):

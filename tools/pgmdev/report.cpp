@@ -107,10 +107,19 @@ Failure describe_library_failure(const std::string& condition, const std::string
       const std::string& file = std::find_if(context.begin(), context.end(), [](const auto& e) {
                                   return e.first == "file";
                                 })->second;
-      return {EXIT_DATA_FILE, "the data file " + file +
-                                  " is unreadable, corrupt or stale; rebuild it with 'pgmdev "
-                                  "generate all' or set PGMDEV_DEVICE_DB_DIR" +
-                                  detail};
+      const std::string rebuild =
+          "; rebuild it with 'pgmdev generate all' or set PGMDEV_DEVICE_DB_DIR";
+      if (has(context, "expected magic")) {
+        // Another file in its place: its magic says so better than the long condition.
+        const std::string expected = context_value(context, "expected magic");
+        return {EXIT_DATA_FILE,
+                "the data file " + file + " is not a " +
+                    (expected == "PGMIO_FM" ? "flash database" : "device information") +
+                    " file (magic '" + context_value(context, "magic") + "', expected '" +
+                    expected + "')" + rebuild};
+      }
+      return {EXIT_DATA_FILE,
+              "the data file " + file + " is unreadable, corrupt or stale" + rebuild + detail};
     }
   }
   return {EXIT_INTERNAL_ERROR,
