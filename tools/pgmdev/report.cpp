@@ -86,6 +86,13 @@ Failure describe_library_failure(const std::string& condition, const std::string
                                   detail};
     }
     if (kind == "table") {
+      if (has(context, "cells")) {  // a short line of the parts list, thrown without a report
+        return {EXIT_USER_ERROR,
+                "the parts list " + it->second + " has a line of " +
+                    context_value(context, "cells") + " cells at row " +
+                    context_value(context, "row") + ", fewer than the 7 a part needs: '" +
+                    context_value(context, "cell") + "'; correct it and run again"};
+      }
       if (!has(context, "row")) {
         return {EXIT_USER_ERROR, "the source table " + it->second +
                                      " is refused as a whole; check that it is readable and "

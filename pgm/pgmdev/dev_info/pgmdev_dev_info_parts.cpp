@@ -46,7 +46,10 @@ void PGMDEV_DEV_INFO_MANAGER::parse_pgm_parts() {
     // "//" comment lines, and the "#" version and signature lines that other readers check.
     if (line.compare(0, 2, "//") == 0 || line[0] == '#') continue;
     const std::vector<std::string> cells = QTL_TOKENIZER::split(line, pgmdev::CELL_SEPARATORS);
-    if (cells.size() < 7) throw std::out_of_range("invalid vector<T> subscript");
+    if (cells.size() < 7) {
+      const MSG_CONTEXT count("cells", std::to_string(cells.size()));  // for the reader's report
+      throw std::out_of_range("invalid vector<T> subscript");
+    }
     PGMDEV_PART_ENTRY entry;
     entry.part = dstr_get_dev_part_enum_by_string(cells[0].c_str());
     entry.device = dstr_get_dev_device_enum_by_string(cells[1].c_str());
