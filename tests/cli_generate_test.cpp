@@ -38,6 +38,14 @@ TEST_F(CliGenerate, AllRebuildsTheShippedTreeByteForByte) {
        {"programmer/pgm_dev_info.pcf", "programmer/pgm_flash.pcf", "h/pgm_parts.txt"}) {
     EXPECT_EQ(read_whole_file(m_dir / file), read_whole_file(SHARE / file)) << file;
   }
+  // A file where the tree's folder should be: said as such, not as a library exception.
+  std::ofstream(m_dir / "a_file") << "x";
+  const auto refused = run_cli({"generate", "all", "--data", (SOURCE / "data").string(), "--out",
+                                (m_dir / "a_file").string()});
+  EXPECT_EQ(refused.exit_code, 1);
+  EXPECT_EQ(refused.err, "pgmdev: cannot make the folder " +
+                             (m_dir / "a_file/programmer").string() + ": Not a directory\n");
+
   // --json names every file written.
   const auto json_result = run_cli(
       {"generate", "all", "--data", (SOURCE / "data").string(), "--out", m_dir.string(), "--json"});
