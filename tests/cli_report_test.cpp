@@ -3,6 +3,7 @@
 // cell), and standard output kept for results while the library speaks on standard error.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -160,6 +161,20 @@ TEST_F(CliReport, BadCellsOfSourceTablesAreNamed) {
   EXPECT_EQ(result.err, "pgmdev: the parts list " + (m_dir / "install/h/pgm_parts.txt").string() +
                             " has a line of 3 cells at row 2, fewer than the 7 a part needs: "
                             "'ZQ160M8C6 ZQ160 M8'; correct it and run again\n");
+}
+
+TEST_F(CliReport, LongArgumentsAreCutInMessages) {
+  std::string huge;
+  for (int i = 0; i < 50000; ++i) huge += "ab";
+  for (const std::vector<std::string>& args : {std::vector<std::string>{"name", huge},
+                                               {"flash", "identify", "--device-id", huge},
+                                               {"info", huge}}) {
+    const auto result = run_cli(args);
+    EXPECT_NE(result.exit_code, 0);
+    EXPECT_LT(result.err.size(), 400u) << args[0];
+    EXPECT_NE(result.err.find("... (100000 characters)"), std::string::npos) << result.err;
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+  }
 }
 
 TEST_F(CliReport, LibraryMessagesGoToStandardError) {

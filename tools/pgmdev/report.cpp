@@ -3,6 +3,8 @@
 #include "report.h"
 
 #include <algorithm>
+#include <cctype>
+#include <cstring>
 #include <iostream>
 
 #include "cli.h"
@@ -41,9 +43,19 @@ std::string cell_place(const CONTEXT& context) {
   return place;
 }
 
+// Arguments too long to echo whole; a message that quotes one gets its start and length.
+std::vector<std::string> g_long_arguments;
+constexpr size_t LONG_ARGUMENT = 200;
+constexpr size_t KEPT_OF_ARGUMENT = 40;
+
+std::string lower(std::string text) {
+  for (char& c : text) c = char(std::tolower(static_cast<unsigned char>(c)));
+  return text;
+}
+
 void print_line(const std::string& message) {
   std::cout.flush();
-  std::cerr << "pgmdev: " << message << '\n';
+  std::cerr << "pgmdev: " << shorten_arguments(message) << '\n';
 }
 
 }  // namespace
@@ -147,6 +159,26 @@ void say_held_warnings() {
 }
 
 void note_after_report(const std::string& line) { g_notes.push_back(line); }
+
+void watch_long_arguments(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    if (std::strlen(argv[i]) > LONG_ARGUMENT) g_long_arguments.emplace_back(argv[i]);
+  }
+}
+
+// Found whatever its case: some messages quote an argument in capitals.
+std::string shorten_arguments(const std::string& message) {
+  std::string shortened = message;
+  for (const std::string& argument : g_long_arguments) {
+    const std::string cut = "... (" + std::to_string(argument.size()) + " characters)";
+    const std::string needle = lower(argument);
+    for (size_t at = lower(shortened).find(needle); at != std::string::npos;
+         at = lower(shortened).find(needle, at + KEPT_OF_ARGUMENT + cut.size())) {
+      shortened.replace(at + KEPT_OF_ARGUMENT, argument.size() - KEPT_OF_ARGUMENT, cut);
+    }
+  }
+  return shortened;
+}
 
 int report_first(const std::exception_ptr& error) {
   try {
