@@ -92,6 +92,13 @@ py::object optional_text(const std::string& text) {
   return text.empty() ? py::object(py::none()) : py::object(py::str(text));
 }
 
+// An OPN hash as the tool reads it: an int is the hash itself, in hex digits (any size or
+// sign, for the tool's check to refuse); text goes as given.
+std::string hash_text(const py::handle& hash) {
+  if (!py::isinstance<py::int_>(hash)) return hash.cast<std::string>();
+  return py::str(py::module_::import("builtins").attr("format")(hash, "X")).cast<std::string>();
+}
+
 void bind_opn(py::module_& m) {
   m.def(
       "opn",
@@ -99,14 +106,9 @@ void bind_opn(py::module_& m) {
         if (slot.has_value() == !hash.is_none()) {
           throw cli::CliError("give an OPN enumeration or an OPN hash");
         }
-        // An int hash is the hash itself; text is read as the tool reads it (hex digits).
         const bool by_hash = !slot;
-        const std::string text = !by_hash ? std::to_string(*slot)
-                                 : py::isinstance<py::int_>(hash)
-                                     ? cli::hex_text(hash.cast<unsigned long long>(), 12)
-                                     : hash.cast<std::string>();
-        unsigned long long value = 0;
-        if (by_hash && !cli::parse_hex(text, value)) cli::opn_json(text, true);  // ValueError
+        const std::string text = by_hash ? hash_text(hash) : std::to_string(*slot);
+        if (by_hash) cli::parse_opn_hash(text);  // bad text is a ValueError, not a LookupError
         return to_python(looking_up([&] { return cli::opn_json(text, by_hash); }));
       },
       py::arg("slot") = py::none(), py::kw_only(), py::arg("hash") = py::none(),
@@ -129,7 +131,9 @@ void bind_opn(py::module_& m) {
       py::arg("part"), "The 48-bit OPN hash of a known part, or None.");
   m.def(
       "part_of_hash",
-      [](unsigned long long hash) { return optional_text(PGMDEV_MGR::get_opn_from_hash(hash)); },
+      [](const py::int_& hash) {
+        return optional_text(PGMDEV_MGR::get_opn_from_hash(cli::parse_opn_hash(hash_text(hash))));
+      },
       py::arg("hash"), "The part whose OPN hash is `hash`, or None.");
 }
 

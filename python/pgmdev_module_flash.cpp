@@ -30,13 +30,10 @@ class USER_VALUE_CODEC : public PGMDEV_FLASH_MANAGER {
 class FLASH_SESSION {
  public:
   FLASH_SESSION& enter() {
-    cli::require_database_file("/programmer/pgm_flash.pcf", "flash database file");
-    // What the library prints about the user's definition goes to standard error, as the
-    // tool shows it.
-    const cli::LibraryMessages messages(
-        "the user flash definition in PGM_3RD_PARTY_FLASH_INI is not loaded; "
-        "pgmdev.flash_check says why");
-    m_manager = std::make_unique<PGMDEV_FLASH_MANAGER>(false, 1);
+    // A user definition that is set but refused is a RuntimeWarning with the reason.
+    m_manager = cli::open_flash_manager(1, [](const std::string& text) {
+      if (PyErr_WarnEx(PyExc_RuntimeWarning, text.c_str(), 1) != 0) throw py::error_already_set();
+    });
     return *this;
   }
   void exit(const py::args&) { m_manager.reset(); }

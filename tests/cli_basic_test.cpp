@@ -52,6 +52,22 @@ TEST(CliFrame, InfoFollowsEnvironmentAndConfigurationFile) {
                     {"PGMDEV_DEVICE_DB_DIR", "/elsewhere"}});
   ASSERT_EQ(result.exit_code, 0) << result.err;
   EXPECT_EQ(nlohmann::json::parse(result.out)["device_db_dir"], "/elsewhere");
+
+  // A file that cannot be used is said once, and info shows it as not in use.
+  std::ofstream(dir / "junk.ini") << "[broken\n";
+  const std::pair<fs::path, std::string> unusable[] = {
+      {dir / "none.ini", "missing"}, {dir, "not readable"}, {dir / "junk.ini", "not readable"}};
+  for (const auto& [file, state] : unusable) {
+    result = run_cli({"info"}, "", {{"PGMDEV_CONFIG_FILE", file.string()}});
+    ASSERT_EQ(result.exit_code, 0) << result.err;
+    EXPECT_NE(result.out.find(file.string() + "  (" + state), std::string::npos) << result.out;
+    EXPECT_EQ(result.err.rfind("pgmdev: warning: the configuration file " + file.string() +
+                                   " named by PGMDEV_CONFIG_FILE is " + state,
+                               0),
+              0u)
+        << result.err;
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+  }
   fs::remove_all(dir);
 }
 

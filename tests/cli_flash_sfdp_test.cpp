@@ -81,6 +81,12 @@ TEST(CliFlashSfdp, BadDumpsAndIdentifiersAreRefusedClearly) {
   result = run_cli({"flash", "sfdp", DATA + "chips.tsv", "--id", "EF4018"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.err.find("chips.tsv: not a hex dump"), std::string::npos) << result.err;
+  // Binary junk: the byte is named, so no NUL or control byte cuts the message.
+  const std::string junk = testing::TempDir() + "junk_" + std::to_string(getpid()) + ".bin";
+  std::ofstream(junk, std::ios::binary) << std::string("ab\0cd", 5);
+  result = run_cli({"flash", "sfdp", junk, "--id", "EF4018"});
+  EXPECT_EQ(result.err, "pgmdev: " + junk + ": not a hex dump: byte 0x00 on line 1\n");
+  std::remove(junk.c_str());
   result = run_cli({"flash", "sfdp", DATA + "winbond_w25q80bl.hex", "--id", "EF40"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.err.find("not an identifier"), std::string::npos);

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "cli_run.h"
+#include "flash_test_support.h"
 
 namespace {
 
@@ -196,6 +197,30 @@ TEST(CliFlash, DialogueValueLoadsThroughTheConfiguration) {
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.out.find("AC25Q128"), std::string::npos);
   EXPECT_NE(result.err.find("seal does not match"), std::string::npos) << result.err;
+
+  // A value that is set but refused is said with its reason, not just missed.
+  const std::string refused =
+      "pgmdev: warning: the user flash definition in "
+      "PGM_3RD_PARTY_FLASH_INI is not loaded: ";
+  result = run_cli({"flash", "identify", "--device-id", "0140EF"}, "",
+                   {{"PGM_3RD_PARTY_FLASH_INI", value}, {"PGMDEV_VERSION", "9.9"}});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.err.find(refused + "the seal does not match this version and build (9.9)\n"),
+            std::string::npos)
+      << result.err;
+  // Sealed for this build but against a rule: memory_id 0.
+  const std::string text = flash_test::PROBE::decode_ini(value);
+  std::string broken = text.substr(0, text.find('#'));
+  size_t at = 0;
+  for (int i = 0; i < 4; ++i) at = broken.find('@', at) + 1;  // memory_id, the fourth field
+  broken.replace(at, broken.find('@', at) - at, "0");
+  const std::string resealed = flash_test::PROBE::encode_ini(
+      broken + "#" + flash_test::PROBE::gen_ini_password(broken) + ";");
+  result = run_cli({"flash", "list"}, "", {{"PGM_3RD_PARTY_FLASH_INI", resealed}});
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.err, refused + "rule refused: memory_id is not 0\n");
+  result = run_cli({"flash", "list"}, "", {{"PGM_3RD_PARTY_FLASH_INI", "not a value"}});
+  EXPECT_EQ(result.err, refused + "the value does not decode: Invalid INI decoding\n");
 }
 
 TEST(CliFlash, DialogueAsksAgainWithTheReason) {

@@ -2,6 +2,7 @@
 // databases byte for byte, dumps them as JSON, and reports bad input as one line.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -37,6 +38,14 @@ TEST_F(CliGenerate, AllRebuildsTheShippedTreeByteForByte) {
        {"programmer/pgm_dev_info.pcf", "programmer/pgm_flash.pcf", "h/pgm_parts.txt"}) {
     EXPECT_EQ(read_text(m_dir / file), read_text(SHARE / file)) << file;
   }
+  // A file where the tree's folder should be: said as such, not as a library exception.
+  std::ofstream(m_dir / "a_file") << "x";
+  const auto refused = run_cli({"generate", "all", "--data", (SOURCE / "data").string(), "--out",
+                                (m_dir / "a_file").string()});
+  EXPECT_EQ(refused.exit_code, 1);
+  EXPECT_EQ(refused.err, "pgmdev: cannot make the folder " +
+                             (m_dir / "a_file/programmer").string() + ": Not a directory\n");
+
   // --json names every file written.
   const auto json_result = run_cli(
       {"generate", "all", "--data", (SOURCE / "data").string(), "--out", m_dir.string(), "--json"});
@@ -73,6 +82,34 @@ TEST_F(CliGenerate, SingleGeneratorsAndTheirRefusals) {
             std::string::npos)
       << result.err;
   EXPECT_FALSE(fs::exists(m_dir / "out.pcf"));
+
+  // A flash row that would load into a chip no identifier answers: named by row, column, cell.
+  std::string flash_table = read_text(SOURCE / "data/pgm_flash.csv");
+  const size_t row = flash_table.find("\nMicron,N25Q064A13,FALSE,0x17,") + 1;
+  flash_table.replace(flash_table.find("0x17", row), 4, "0x00");
+  std::ofstream(m_dir / "zero.csv") << flash_table;
+  result = run_cli({"generate", "flash", (m_dir / "zero.csv").string(), out.string()});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err.rfind("pgmdev: the source table " + (m_dir / "zero.csv").string() +
+                                 " has a bad value at row 10, column memory_id, cell '0x00'",
+                             0),
+            0u)
+      << result.err;
+
+  // A parts list that ends in the middle of a line was cut short: refused, with its row.
+  const std::string parts = read_text(SOURCE / "data/pgm_parts.txt");
+  fs::create_directories(m_dir / "cut/h");
+  const size_t cut = parts.find('\n', parts.size() / 2) - 1;  // the line keeps its 7 cells
+  std::ofstream(m_dir / "cut/h/pgm_parts.txt") << parts.substr(0, cut);
+  result = run_cli({"generate", "device-info", (SOURCE / "data/pgm_dev_info.csv").string(),
+                    (m_dir / "cut.pcf").string(), "--install-dir", (m_dir / "cut").string()});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.err.find(
+                (m_dir / "cut/h/pgm_parts.txt").string() + " has a bad value at row " +
+                std::to_string(std::count(parts.begin(), parts.begin() + long(cut), '\n') + 1)),
+            std::string::npos)
+      << result.err;
+  EXPECT_FALSE(fs::exists(m_dir / "cut.pcf"));
 
   result = run_cli({"generate", "flash", (m_dir / "missing.csv").string(), out.string()});
   EXPECT_EQ(result.exit_code, 1);

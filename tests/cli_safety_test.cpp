@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -289,6 +290,23 @@ TEST_F(CliSafety, FifoAsDatabaseDoesNotHang) {
     EXPECT_NE(result.exit_code, 128 + SIGALRM) << command[0] << " hung";
     EXPECT_TRUE(contains(result.err, "is a FIFO, not a regular file")) << result.err;
   }
+  // The same for an SFDP dump, an audit's index.tsv and a dump that index names.
+  const fs::path dump = m_dir / "dump.hex", index_dir = m_dir / "index",
+                 dumps_dir = m_dir / "dumps";
+  ASSERT_EQ(::mkfifo(dump.c_str(), 0644), 0);
+  fs::create_directories(index_dir);
+  ASSERT_EQ(::mkfifo((index_dir / "index.tsv").c_str(), 0644), 0);
+  fs::create_directories(dumps_dir);
+  std::ofstream(dumps_dir / "index.tsv") << "file\tjedec_id\n../dump.hex\tef4018\n";
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"flash", "sfdp", dump.string(), "--id", "EF4018"},
+        {"flash", "define", "--sfdp", dump.string(), "--id", "EF4018"},
+        {"flash", "audit", "--sfdp-dir", index_dir.string()},
+        {"flash", "audit", "--sfdp-dir", dumps_dir.string()}}) {
+    const CliResult result = run_limited(command, {}, {});
+    EXPECT_EQ(result.exit_code, 1) << command.back() << " hung or failed otherwise";
+    EXPECT_TRUE(contains(result.err, "is a FIFO, not a regular file")) << result.err;
+  }
 }
 
 TEST_F(CliSafety, FullDiskAndFullOutput) {
@@ -306,13 +324,14 @@ TEST_F(CliSafety, FullDiskAndFullOutput) {
                   {}, {"", 1000});
   EXPECT_EQ(result.exit_code, 4);
   // One line says what failed and why, one that the old file stands.
-  EXPECT_EQ(result.err, "pgmdev: cannot write the database file " + out.string() +
-                            "; check that it is a regular file in a folder you can write "
-                            "(cannot write " +
-                            out.string() +
-                            ": File too large; pgm/pgmdev/pgmdev_flash_manager line 144)\n"
-                            "pgmdev: " +
-                            out.string() + " was not replaced\n");
+  const std::string said = "pgmdev: cannot write the database file " + out.string() +
+                           "; check that it is a regular file in a folder you can write "
+                           "(cannot write " +
+                           out.string() + ": File too large; pgm/pgmdev/pgmdev_flash_manager line ";
+  const std::string closing = ")\npgmdev: " + out.string() + " was not replaced\n";
+  EXPECT_EQ(result.err.rfind(said, 0), 0u) << result.err;
+  EXPECT_EQ(result.err.find(closing), result.err.size() - closing.size()) << result.err;
+  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 2) << result.err;
   EXPECT_EQ(read_text(out), "old");
   EXPECT_EQ(leftovers(m_dir), std::vector<std::string>());
 }

@@ -21,14 +21,11 @@ namespace {
 
 const char* const FLASH_FILE = "/programmer/pgm_flash.pcf";
 
-// The flash manager over the shipped records, with what the library prints about the
-// user's definition shown as a warning on standard error.
+// The flash manager over the shipped records; a user definition that is set but refused
+// is said as a warning on standard error.
 std::unique_ptr<PGMDEV_FLASH_MANAGER> load_flash_manager(DWORD slots) {
-  require_database_file(FLASH_FILE, "flash database file");
-  const LibraryMessages messages(
-      "the user flash definition in PGM_3RD_PARTY_FLASH_INI is not loaded; 'pgmdev flash "
-      "check' says why");
-  return std::make_unique<PGMDEV_FLASH_MANAGER>(false, slots);
+  return open_flash_manager(
+      slots, [](const std::string& text) { std::cerr << "pgmdev: warning: " << text << '\n'; });
 }
 
 struct FlashFilter {

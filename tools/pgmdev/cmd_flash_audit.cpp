@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <sstream>
 
@@ -16,18 +15,10 @@ namespace pgmdev::cli {
 
 namespace {
 
-std::string read_file(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw CliError("cannot read " + path.string());
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
 // index.tsv: a header line naming the columns "file" and "jedec_id" (or "id"); the first six
 // hex digits of the identifier cell are the identifier bytes.
 void add_dumps(PGMDEV_SFDP_AUDIT& audit, const std::filesystem::path& folder) {
-  std::istringstream lines(read_file(folder / "index.tsv"));
+  std::istringstream lines(read_input_file((folder / "index.tsv").string()));
   std::string line;
   size_t file_column = std::string::npos, id_column = std::string::npos;
   size_t line_column = std::string::npos;  // optional: the maker's line of each chip
@@ -62,8 +53,10 @@ void add_dumps(PGMDEV_SFDP_AUDIT& audit, const std::filesystem::path& folder) {
     const std::string& file = cells[file_column];
     try {
       const std::string chip_line = line_column < cells.size() ? cells[line_column] : "";
-      audit.add_dump(file, id, PGMDEV_SFDP(PGMDEV_SFDP::dump_bytes(read_file(folder / file))),
-                     chip_line);
+      audit.add_dump(
+          file, id,
+          PGMDEV_SFDP(PGMDEV_SFDP::dump_bytes(read_input_file((folder / file).string()))),
+          chip_line);
     } catch (const PGMDEV_SFDP_ERROR& error) {
       throw CliError(file + ": " + error.what());
     }

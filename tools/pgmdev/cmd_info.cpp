@@ -24,6 +24,7 @@ void show_info(const Options& options) {
       {"flash INI data file", gen_get_module_path() + "/pgm_flash.ini"},
   };
   const std::string config_file = cfg_get_value("PGMDEV_CONFIG_FILE");
+  const std::string config_problem = cfg_file_problem();
   if (options.json) {
     nlohmann::json document = {
         {"version", ver_get_version()},
@@ -32,6 +33,7 @@ void show_info(const Options& options) {
         {"install_dir", gen_get_korvel_path()},
         {"module_dir", gen_get_module_path()},
         {"config_file", config_file},
+        {"config_file_problem", config_problem},
         {"files", nlohmann::json::array()},
     };
     for (const Location& file : files) {
@@ -48,7 +50,9 @@ void show_info(const Options& options) {
       {"device database dir", db_dir},
       {"installation dir", gen_get_korvel_path()},
       {"module dir", gen_get_module_path()},
-      {"configuration file", config_file.empty() ? "(none)" : config_file},
+      {"configuration file", config_file.empty()      ? "(none)"
+                             : config_problem.empty() ? config_file
+                                                      : config_file + "  (" + config_problem + ")"},
   };
   for (const Location& file : files) {
     const bool exists = FIO_FILE_SYSTEM::exists(file.path.c_str());

@@ -58,7 +58,8 @@ int report_parse_error(CLI::App& app, const CLI::ParseError& error) {
       message.rfind("unknown command", 0) == 0) {
     message += unexpected_word_hint(command);
   }
-  std::cerr << "pgmdev: " << message << " (see '" << command_path(command) << " --help')\n";
+  std::cerr << "pgmdev: " << shorten_arguments(message) << " (see '" << command_path(command)
+            << " --help')\n";
   return EXIT_USAGE_ERROR;  // whatever code the parser gives its kind of error
 }
 
@@ -118,5 +119,6 @@ int check_own_output(int code) {
 
 int main(int argc, char** argv) {
   install_report_hook();
+  watch_long_arguments(argc, argv);
   return check_own_output(run_reporting(argc, argv));
 }

@@ -53,17 +53,26 @@ LibraryMessages::LibraryMessages(std::string headline)
 
 LibraryMessages::~LibraryMessages() {
   std::cout.rdbuf(m_saved);
+  if (m_headline.empty()) {
+    std::istringstream lines(m_text.str());
+    std::string line;
+    while (std::getline(lines, line)) {
+      if (!line.empty()) std::cerr << "pgmdev: library: " << line << '\n';
+    }
+    return;
+  }
+  const std::string joined = take();
+  if (!joined.empty()) std::cerr << "pgmdev: warning: " << m_headline << " (" << joined << ")\n";
+}
+
+std::string LibraryMessages::take() {
   std::istringstream lines(m_text.str());
+  m_text.str("");
   std::string line, joined;
   while (std::getline(lines, line)) {
-    if (line.empty()) continue;
-    if (m_headline.empty()) {
-      std::cerr << "pgmdev: library: " << line << '\n';
-    } else {
-      joined += (joined.empty() ? "" : "; ") + line;
-    }
+    if (!line.empty()) joined += (joined.empty() ? "" : "; ") + line;
   }
-  if (!joined.empty()) std::cerr << "pgmdev: warning: " << m_headline << " (" << joined << ")\n";
+  return joined;
 }
 
 bool parse_hex(const std::string& text, unsigned long long& value) {

@@ -42,6 +42,9 @@ class LibraryMessages {
   LibraryMessages(const LibraryMessages&) = delete;
   LibraryMessages& operator=(const LibraryMessages&) = delete;
 
+  // The lines kept so far, joined by "; "; they are then no longer shown.
+  std::string take();
+
  protected:
   std::string m_headline;
   std::ostringstream m_text;

@@ -56,8 +56,11 @@ void PGMDEV_FLASH_MANAGER::initialize_flash_database(const FIO_PATH& flash_file)
       "FIO_FILE_SYSTEM::exists(flash_file.fullpath().c_str()) && "
       "FIO_FILE_SYSTEM::status(flash_file.fullpath().c_str(), &stat_info)",
       MODULE);
-  PGMDEV_CHECK(pgmdev::has_magic(image, FLASH_MAGIC), pgmdev::magic_condition_text(FLASH_MAGIC),
-               MODULE);
+  {
+    const pgmdev::MAGIC_CONTEXT magic(image, FLASH_MAGIC);
+    PGMDEV_CHECK(pgmdev::has_magic(image, FLASH_MAGIC), pgmdev::magic_condition_text(FLASH_MAGIC),
+                 MODULE);
+  }
   pgmdev::check_source_digest(image, PGMDEV_FLASH_INFO_CSV_MD5_TEXT, MODULE);
   const std::vector<BYTE> body = pgmdev::inflate_body(image, MODULE);
   parse_database(body.data(), DWORD(body.size()));
