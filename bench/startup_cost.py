@@ -4,9 +4,9 @@
     startup_cost.py [BUILD_DIR]     (default build/default)
 
 Each row is one process run under valgrind's callgrind, whose instruction count does not move
-with the load of the machine; the floor rows (a C++ hello world, the same with the SHA-256
-library, the bare interpreter) stand beside the pgmdev rows. Peak RSS is measured on a plain
-run (median of five). The targets are checked and reported; nothing here fails a build.
+with the load of the machine; the floor rows (a C++ hello world, the bare interpreter) stand
+beside the pgmdev rows. Peak RSS is measured on a plain run (median of five). The targets
+are checked and reported; nothing here fails a build.
 """
 import os
 import re
@@ -20,7 +20,7 @@ MI = 1e6
 
 
 def callgrind(argv, env):
-    """Instructions of one process, and the inclusive cost of the functions named in `parts`."""
+    """Instructions of one process, and callgrind_annotate's inclusive view of it."""
     with tempfile.TemporaryDirectory() as tmp:
         out = os.path.join(tmp, "callgrind.out")
         run = subprocess.run(
@@ -74,8 +74,6 @@ def main():
     # (label, argv, kind): kind "floor", "start" (no data), "query" (a single question), "py".
     rows = [
         ("C++ hello world (libstdc++)", [os.path.join(floor, "floor_hello")], "floor"),
-        ("the same, also linked to SHA-256 (libnettle)",
-         [os.path.join(floor, "floor_hello_sha256")], "floor"),
         ("python3 -c pass", [python, "-c", "pass"], "floor"),
         ("pgmdev --version", [cli, "--version"], "start"),
         ("pgmdev info", [cli, "info"], "start"),
