@@ -139,7 +139,7 @@ def main():
         checks.append(("first pgmdev.name() adds at most what CLI name adds over info (%.1f M)" %
                        (cli_adds / MI), py_adds <= cli_adds, "%.2f M" % (py_adds / MI)))
     for text, holds, figure in checks:
-        print("  %-4s %-76s %s" % ("ok" if holds else "MISS", text, figure))
+        print("  %-4s %-88s %s" % ("ok" if holds else "MISS", text, figure))
     return 0
 
 
