@@ -32,7 +32,7 @@ struct CatalogText {
   std::uint32_t m_offset;
   std::uint32_t m_size;
   std::string_view view() const { return {catalog_text + m_offset, m_size}; }
-  operator std::string_view() const { return view(); }  // NOLINT(google-explicit-constructor)
+  operator std::string_view() const { return view(); }  // NOLINT: implicit by design
 };
 
 struct CatalogFamily {
