@@ -81,10 +81,9 @@ void list_flash(const Options& options, const FlashFilter& filter) {
     entry.update(flash_record_json(r));
     entry["id"] = flash_id_text(r);
     entry["gate"] = gate_text(r);
-    document.push_back(entry);
-    table.add_row({std::to_string(i + 1), r.manufacturer_name, r.device_name, yes_no(r.silicon_id),
-                   yes_no(r.default_dev), r.ini, std::to_string(r.device_bit_size),
-                   std::to_string(r.device_sector_byte), flash_id_text(r), gate_text(r)});
+    entry = columns_first(table.headers(), entry);
+    table.add_json_row(entry);
+    document.push_back(std::move(entry));
   }
   if (options.json) {
     print_json(std::cout, document);
@@ -125,8 +124,8 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
       load_flash_manager(static_cast<DWORD>(requests.size()));
   PGMDEV_FLASH_MANAGER& manager = *loaded;
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
-  Table table(
-      {"slot", "id", "silicon_id", "found", "number", "manufacturer_name", "device_name", "Mbit"});
+  Table table({"slot", "id", "silicon_id", "found", "number", "manufacturer_name", "device_name",
+               "device_bit_size"});
   std::string unmatched;
   for (DWORD slot = 0; slot < requests.size(); ++slot) {
     const IdRequest& request = requests[slot];
@@ -139,17 +138,13 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
                                     {"found", found}};
     if (!found) {
       unmatched += (unmatched.empty() ? "" : ", ") + request.text;
-      table.add_row({std::to_string(slot + 1), request.text, yes_no(request.by_silicon_id), "no"});
     } else {
       const DWORD index = manager.get_flash_mapping_index(slot, false);
-      const PGMDEV_SFL_FLASH_INFO& r = manager.get_flash_database()[index];
       entry["number"] = index + 1;
-      entry["record"] = flash_record_json(r);
-      table.add_row({std::to_string(slot + 1), request.text, yes_no(request.by_silicon_id), "yes",
-                     std::to_string(index + 1), r.manufacturer_name, r.device_name,
-                     std::to_string(r.device_bit_size)});
+      entry["record"] = flash_record_json(manager.get_flash_database()[index]);
     }
-    document.push_back(entry);
+    table.add_json_row(entry);
+    document.push_back(std::move(entry));
   }
   if (options.json) {
     print_json(std::cout, document);

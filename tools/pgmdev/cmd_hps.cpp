@@ -49,6 +49,13 @@ bool passes(const HPS_KIND<RECORD>& kind, const RECORD& record, const HpsFilter&
   return true;
 }
 
+template <class RECORD>
+Table list_table(const HPS_KIND<RECORD>& kind) {
+  std::vector<std::string> headers = {"number", "source"};
+  for (DWORD column : kind.table_columns) headers.push_back(kind.keys[column]);
+  return Table(headers);
+}
+
 // The records that pass the filter as the JSON list and as the table of `hps list`.
 template <class RECORD, class MGR>
 nlohmann::ordered_json listing(const HPS_KIND<RECORD>& kind, const HpsFilter& filter,
@@ -60,25 +67,19 @@ nlohmann::ordered_json listing(const HPS_KIND<RECORD>& kind, const HpsFilter& fi
   const auto& records = manager->get_list();
   const size_t users = manager->get_user_list().size();
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
+  const std::vector<std::string> headers = list_table(kind).headers();
   for (size_t i = 0; i < records.size(); ++i) {
     if (!passes(kind, *records[i], filter)) continue;
     const char* source = i < users ? "user" : "built-in";
     nlohmann::ordered_json entry = {{"number", i + 1}, {"source", source}};
     entry.update(hps_record_json(kind, *records[i]));
-    document.push_back(entry);
+    document.push_back(columns_first(headers, entry));
     std::vector<std::string> row = {std::to_string(i + 1), source};
     for (DWORD column : kind.table_columns) row.push_back(cell(kind, *records[i], column));
     table.add_row(row);
   }
   MGR::delete_mgr();  // the next question reads the data file afresh
   return document;
-}
-
-template <class RECORD>
-Table list_table(const HPS_KIND<RECORD>& kind) {
-  std::vector<std::string> headers = {"number", "source"};
-  for (DWORD column : kind.table_columns) headers.push_back(kind.keys[column]);
-  return Table(headers);
 }
 
 nlohmann::ordered_json listing(bool spi, const HpsFilter& filter, Table& table) {

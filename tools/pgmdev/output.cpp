@@ -14,6 +14,38 @@ void Table::add_row(std::vector<std::string> cells) {
   m_rows.push_back(std::move(cells));
 }
 
+void Table::add_json_row(const nlohmann::ordered_json& row) {
+  std::vector<std::string> cells;
+  for (const std::string& header : m_headers) {
+    const nlohmann::ordered_json* value = nullptr;
+    if (row.contains(header)) {
+      value = &row[header];
+    } else if (row.contains("record") && row["record"].contains(header)) {
+      value = &row["record"][header];
+    }
+    cells.push_back(value == nullptr ? "" : cell_text(*value));
+  }
+  add_row(std::move(cells));
+}
+
+std::string cell_text(const nlohmann::ordered_json& value) {
+  if (value.is_boolean()) return yes_no(value.get<bool>());
+  if (value.is_string()) return value.get<std::string>();
+  return value.is_null() ? "" : value.dump();
+}
+
+nlohmann::ordered_json columns_first(const std::vector<std::string>& headers,
+                                     const nlohmann::ordered_json& row) {
+  nlohmann::ordered_json ordered = nlohmann::ordered_json::object();
+  for (const std::string& header : headers) {
+    if (row.contains(header)) ordered[header] = row[header];
+  }
+  for (const auto& [key, value] : row.items()) {
+    if (!ordered.contains(key)) ordered[key] = value;
+  }
+  return ordered;
+}
+
 void Table::print(std::ostream& out) const {
   std::vector<size_t> widths;
   for (const std::string& header : m_headers) widths.push_back(header.size());

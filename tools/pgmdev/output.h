@@ -17,6 +17,10 @@ class Table {
  public:
   explicit Table(std::vector<std::string> headers);
   void add_row(std::vector<std::string> cells);
+  // A row of a JSON answer: each header names a key of `row`, or else of its `record`;
+  // a missing key gives an empty cell.
+  void add_json_row(const nlohmann::ordered_json& row);
+  const std::vector<std::string>& headers() const { return m_headers; }
   bool empty() const { return m_rows.empty(); }
   void print(std::ostream& out) const;
 
@@ -24,6 +28,14 @@ class Table {
   std::vector<std::string> m_headers;
   std::vector<std::vector<std::string>> m_rows;
 };
+
+// A JSON value as a table cell: flags yes/no, numbers in decimal, text as it is.
+std::string cell_text(const nlohmann::ordered_json& value);
+
+// `row` with the table's columns first, in the table's order, then its other keys: the
+// JSON answer and the table name the same columns in the same order.
+nlohmann::ordered_json columns_first(const std::vector<std::string>& headers,
+                                     const nlohmann::ordered_json& row);
 
 // "name  value" lines with the values aligned.
 using Fields = std::vector<std::pair<std::string, std::string>>;
