@@ -64,6 +64,49 @@ TEST_F(CliReport, UsageErrorsExitTwo) {
   }
 }
 
+// One rule for every command: a file to read that is missing, not a database or cut short
+// is exit 4; a filter that cannot match (not a number, a size or maker no record has) is
+// bad input, exit 1, with "did you mean" where a name is close.
+TEST_F(CliReport, ExitCodesFollowOneRule) {
+  const std::string missing = (m_dir / "missing").string();
+  std::ofstream(m_dir / "cut.pcf") << "PGMIO_FM";
+  struct Case {
+    std::vector<std::string> args;
+    int exit_code;
+    std::string message;
+  };
+  const std::vector<Case> cases = {
+      {{"dump", missing}, 4, "cannot open " + missing},
+      {{"dump", m_dir.string()}, 4, m_dir.string() + " is a folder, not a regular file"},
+      {{"dump", (m_dir / "cut.pcf").string()}, 4, "the data file "},
+      {{"generate", "flash", missing, (m_dir / "out.pcf").string()}, 4, "no source table at "},
+      {{"flash", "list", "--size", "99999999999999"}, 1, "no flash chip has 99999999999999 Mbit"},
+      {{"flash", "list", "--size", "12x"}, 1, "--size takes a whole number of Mbit"},
+      {{"flash", "list", "--manufacturer", "Winbon"}, 1, "did you mean Winbond?"},
+      {{"hps", "list", "nand", "--manufacturer", "ZZ"}, 1, "the maker's ID byte in hex"},
+      {{"hps", "list", "nand", "--manufacturer", "77"},
+       1,
+       "no NAND flash has the manufacturer "
+       "ID 0x77; the list holds 0x2C"},
+      {{"hps", "list", "nand", "--size", "3"}, 1, "no NAND flash has 3 Mbyte; the list holds "},
+      {{"hps", "list", "spi", "--manufacturer", "MICRN"},
+       1,
+       "no SPI flash manufacturer is called 'MICRN'; did you mean MICRON?"},
+      {{"hps", "list", "spi", "--size", "3"}, 1, "no SPI flash has 3 Mbit; the list holds 4, "}};
+  for (const Case& c : cases) {
+    const auto result = run_cli(c.args, "", {{"PGMDEV_MODULE_DIR", m_dir.string()}});
+    EXPECT_EQ(result.exit_code, c.exit_code) << c.args.back() << result.err;
+    EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
+  }
+  // The parts list is a data file too.
+  const auto result =
+      run_cli({"generate", "device-info", (SOURCE / "data/pgm_dev_info.csv").string(),
+               (m_dir / "out.pcf").string()},
+              "", {{"PGMDEV_INSTALL_DIR", missing}});
+  EXPECT_EQ(result.exit_code, 4) << result.err;
+  EXPECT_EQ(result.err, "pgmdev: no parts list at " + missing + "/h/pgm_parts.txt\n");
+}
+
 TEST_F(CliReport, HelpListsExitCodesAndEnvironment) {
   const auto result = run_cli({"--help"});
   ASSERT_EQ(result.exit_code, 0);

@@ -148,7 +148,7 @@ def test_generators_write_what_the_tool_writes(tmp_path):
     shipped = os.path.join(pgmdev.paths()["device_db"], "programmer", "pgm_dev_info.pcf")
     pgmdev.generate_device_info(os.path.join(data, "pgm_dev_info.csv"), str(tmp_path / "d.pcf"))
     assert filecmp.cmp(tmp_path / "d.pcf", shipped, shallow=False)
-    with pytest.raises(ValueError) as raised:
+    with pytest.raises(FileNotFoundError) as raised:
         pgmdev.generate_flash(str(tmp_path / "none.csv"), str(tmp_path / "x.pcf"))
     assert str(raised.value) == tool_error("generate", "flash", str(tmp_path / "none.csv"),
                                            str(tmp_path / "x.pcf"))

@@ -40,6 +40,12 @@ void add_json_flag(CLI::App* command, Options& options);
 // directory) when it is missing.
 void require_database_file(const std::string& relative, const std::string& what);
 
+// A filter that cannot match is bad input: nothing when `value` is one of `held` (case
+// ignored), else a CliError with `sentence` and, for `names`, "did you mean"; when nothing
+// is close, the values held.
+void require_held(const std::string& value, const std::vector<std::string>& held,
+                  const std::string& sentence, bool names = true);
+
 // The two generators as `pgmdev generate` runs them: the output's folder is made, a missing
 // source is a CliError; `install_dir` (may be empty) holds h/pgm_parts.txt.
 void generate_device_info(const std::string& csv, const std::string& out,

@@ -36,15 +36,17 @@ struct FlashFilter {
   std::string size;          // Mbit; empty: any
 };
 
-// The records that pass the filter, by their number in the list (from 1).
-std::vector<DWORD> filtered_records(const PGMDEV_FLASH_MANAGER& manager,
+// The records that pass the filter, by their number in the list (from 1). A maker or a
+// size that no record has is refused: such a filter cannot match.
+std::vector<DWORD> filtered_records(const PGMDEV_SFL_FLASH_INFO* records, DWORD count,
                                     const FlashFilter& filter) {
-  const PGMDEV_SFL_FLASH_INFO* records = manager.get_flash_database();
   std::vector<std::string> makers;
+  std::vector<QWORD> sizes;
   std::vector<DWORD> chosen;
-  for (DWORD i = 0; i < manager.get_flash_count(); ++i) {
+  for (DWORD i = 0; i < count; ++i) {
     const PGMDEV_SFL_FLASH_INFO& r = records[i];
     makers.push_back(r.manufacturer_name);
+    sizes.push_back(r.device_bit_size >> 20);
     if (!filter.manufacturer.empty() &&
         gen_stricmp(r.manufacturer_name.c_str(), filter.manufacturer.c_str()) != 0) {
       continue;
@@ -52,12 +54,15 @@ std::vector<DWORD> filtered_records(const PGMDEV_FLASH_MANAGER& manager,
     if (!filter.size.empty() && std::to_string(r.device_bit_size >> 20) != filter.size) continue;
     chosen.push_back(i);
   }
-  if (!filter.manufacturer.empty() && chosen.empty() &&
-      std::none_of(makers.begin(), makers.end(), [&](const std::string& maker) {
-        return gen_stricmp(maker.c_str(), filter.manufacturer.c_str()) == 0;
-      })) {
-    throw CliError("no flash manufacturer is called '" + filter.manufacturer + "'",
-                   suggest(filter.manufacturer, makers));
+  if (!filter.manufacturer.empty()) {
+    require_held(filter.manufacturer, makers,
+                 "no flash manufacturer is called '" + filter.manufacturer + "'");
+  }
+  if (!filter.size.empty()) {
+    std::sort(sizes.begin(), sizes.end());
+    std::vector<std::string> held;
+    for (QWORD size : sizes) held.push_back(std::to_string(size));
+    require_held(filter.size, held, "no flash chip has " + filter.size + " Mbit", false);
   }
   return chosen;
 }
@@ -75,7 +80,7 @@ void list_flash(const Options& options, const FlashFilter& filter) {
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
   Table table({"number", "manufacturer_name", "device_name", "silicon_id", "default_dev", "ini",
                "device_bit_size", "device_sector_byte", "id", "gate"});
-  for (DWORD i : filtered_records(*manager, filter)) {
+  for (DWORD i : filtered_records(records, manager->get_flash_count(), filter)) {
     const PGMDEV_SFL_FLASH_INFO& r = records[i];
     nlohmann::ordered_json entry = {{"number", i + 1}};
     entry.update(flash_record_json(r));

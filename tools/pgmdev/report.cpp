@@ -66,7 +66,8 @@ std::string help_footer() {
          "  1  not found, or bad input\n"
          "  2  usage error (the command line)\n"
          "  3  internal error (a broken invariant of the library)\n"
-         "  4  a data file is missing, unreadable, corrupt or stale (the message names it)\n";
+         "  4  a data file is missing, unreadable, corrupt or stale, or a target cannot be\n"
+         "     written (the message names it)\n";
 }
 
 Failure describe_library_failure(const std::string& condition, const std::string& module, int line,
