@@ -97,7 +97,21 @@ TEST_F(CliReport, ExitCodesFollowOneRule) {
     const auto result = run_cli(c.args, "", {{"PGMDEV_MODULE_DIR", m_dir.string()}});
     EXPECT_EQ(result.exit_code, c.exit_code) << c.args.back() << result.err;
     EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
+    EXPECT_EQ(result.out, "");
+    // A JSON reader gets the same failure as an answer.
+    if (c.args[0] == "dump" || c.args[0] == "generate") continue;
+    std::vector<std::string> with_json = c.args;
+    with_json.push_back("--json");
+    const auto answer = run_cli(with_json, "", {{"PGMDEV_MODULE_DIR", m_dir.string()}});
+    EXPECT_EQ(answer.exit_code, c.exit_code);
+    EXPECT_EQ(answer.err, result.err);
+    EXPECT_EQ(nlohmann::json::parse(answer.out),
+              (nlohmann::json{{"error", result.err.substr(8, result.err.size() - 9)},
+                              {"exit_code", c.exit_code}}));
   }
+  // Also for a name that is not known.
+  EXPECT_EQ(nlohmann::json::parse(run_cli({"name", "XYZ", "--json"}).out)["error"],
+            "unknown name 'XYZ'");
   // The parts list is a data file too.
   const auto result =
       run_cli({"generate", "device-info", (SOURCE / "data/pgm_dev_info.csv").string(),
