@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "cli.h"
+#include "output.h"
 #include "platform.h"
 
 namespace pgmdev::cli {
@@ -119,8 +120,8 @@ void keep_damaged_file(const std::string& reason) {
   std::string kept;
   std::string error;
   if (!PGMDEV_FLASH_INI::keep_flash_ini_file(kept, error)) throw CliError(error);
-  std::cerr << "pgmdev: " << PGMDEV_FLASH_INI::get_flash_ini_path()
-            << " is not a valid flash INI data file: " << reason << "; kept it as " << kept << '\n';
+  say_warning(PGMDEV_FLASH_INI::get_flash_ini_path() +
+              " is not a valid flash INI data file: " + reason + "; kept it as " + kept);
 }
 
 // The records of the kind's section. A section this tool cannot read whole stops the edit
@@ -265,7 +266,7 @@ void check_data_file_before_edit() {
 bool warn_if_data_file_damaged() {
   std::string reason;
   if (PGMDEV_FLASH_INI::check_flash_ini_file(reason)) return false;
-  std::cerr << "pgmdev: warning: " << damaged_text(reason) << '\n';
+  say_warning(damaged_text(reason));
   return true;
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <exception>
 #include <iostream>
 
 namespace pgmdev::cli {
@@ -80,22 +81,46 @@ void print_json(std::ostream& out, const nlohmann::json& document) {
   out << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
 }
 
-LibraryMessages::LibraryMessages(std::string headline)
-    : m_headline(std::move(headline)), m_saved(std::cout.rdbuf(m_text.rdbuf())) {}
+namespace {
 
-LibraryMessages::~LibraryMessages() {
+void to_standard_error(const std::string& kind, const std::string& text) {
+  std::cerr << "pgmdev: " << kind << ": " << text << '\n';
+}
+
+MESSAGE_SINK g_sink = to_standard_error;
+
+}  // namespace
+
+void set_message_sink(MESSAGE_SINK sink) { g_sink = sink != nullptr ? sink : to_standard_error; }
+void say_warning(const std::string& text) { g_sink("warning", text); }
+void say_notice(const std::string& text) { g_sink("notice", text); }
+
+LibraryMessages::LibraryMessages(std::string headline)
+    : m_headline(std::move(headline)),
+      m_saved(std::cout.rdbuf(m_text.rdbuf())),
+      m_failures_in_flight(std::uncaught_exceptions()) {}
+
+LibraryMessages::~LibraryMessages() noexcept(false) {
   std::cout.rdbuf(m_saved);
+  try {
+    say_kept();
+  } catch (...) {
+    if (std::uncaught_exceptions() == m_failures_in_flight) throw;
+  }
+}
+
+void LibraryMessages::say_kept() {
   std::istringstream lines(m_text.str());
   std::string line, joined;
   while (std::getline(lines, line)) {
     if (line.empty()) continue;
     if (m_headline.empty()) {
-      std::cerr << "pgmdev: library: " << line << '\n';
+      g_sink("library", line);
     } else {
       joined += (joined.empty() ? "" : "; ") + line;
     }
   }
-  if (!joined.empty()) std::cerr << "pgmdev: warning: " << m_headline << " (" << joined << ")\n";
+  if (!joined.empty()) say_warning(m_headline + " (" + joined + ")");
 }
 
 bool parse_hex(const std::string& text, unsigned long long& value) {

@@ -44,20 +44,32 @@ void print_fields(std::ostream& out, const Fields& fields);
 // A JSON document, indented, with a final newline; keys stay in the order they were given.
 void print_json(std::ostream& out, const nlohmann::ordered_json& document);
 
+// Where warnings, notices and the library's own lines go: by default standard error, as
+// "pgmdev: <kind>: <text>"; a host (the Python module) may take them instead.
+using MESSAGE_SINK = void (*)(const std::string& kind, const std::string& text);
+void set_message_sink(MESSAGE_SINK sink);
+void say_warning(const std::string& text);
+void say_notice(const std::string& text);
+
 // While it lives, what the library prints on standard output is kept; then each line is
 // shown on standard error, so standard output holds only the tool's results. With a
 // headline, the lines follow it in parentheses as one warning.
 class LibraryMessages {
  public:
   explicit LibraryMessages(std::string headline = "");
-  ~LibraryMessages();
+  // A host's sink may raise (Python warnings turned into errors); that reaches the caller
+  // unless another failure is already on its way.
+  ~LibraryMessages() noexcept(false);
   LibraryMessages(const LibraryMessages&) = delete;
   LibraryMessages& operator=(const LibraryMessages&) = delete;
 
  protected:
+  void say_kept();
+
   std::string m_headline;
   std::ostringstream m_text;
   std::streambuf* m_saved;
+  int m_failures_in_flight;
 };
 
 // A table cell or field value for a flag: "yes" or "no".
