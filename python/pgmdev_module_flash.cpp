@@ -166,7 +166,7 @@ void bind_sfdp(py::module_& m) {
   m.def(
       "sfdp_read",
       [](const std::string& path) { return to_python(cli::tables_json(cli::read_dump(path))); },
-      py::arg("path"), "The tables of an SFDP dump file (raw, hexdump -C or plain hex).");
+      py::arg("path"), "The tables of an SFDP dump file (raw, hexdump -C, xxd or plain hex).");
   m.def(
       "sfdp_derive",
       [](const std::string& path, const std::string& id, std::optional<std::string> name,

@@ -202,7 +202,7 @@ void run_sfdp(const Options& options, const SfdpRequest& request) {
 void register_flash_sfdp_command(CLI::App* flash, Options& options) {
   auto request = std::make_shared<SfdpRequest>();
   CLI::App* cmd = flash->add_subcommand(
-      "sfdp", "Derive a flash definition from a chip's SFDP dump (hex, hexdump -C or binary)");
+      "sfdp", "Derive a flash definition from a chip's SFDP dump (hex, xxd, hexdump -C or binary)");
   cmd->add_option("FILE", request->file, "The dump of the chip's SFDP area")->required();
   cmd->add_option("--id", request->id,
                   "The chip's 3 identifier bytes as it sends them, e.g. EF4018")
