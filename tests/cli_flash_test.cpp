@@ -71,6 +71,19 @@ TEST(CliFlash, ListFiltersByManufacturerAndSize) {
   ASSERT_FALSE(records.empty());
   for (const json& r : records) EXPECT_EQ(r["device_bit_size"], 128u << 20);
 
+  // By a part of the chip's name, case ignored; a name that nothing holds gets suggestions.
+  result = run_cli({"flash", "list", "--name", "w25q128jv", "--json"});
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  records = json::parse(result.out);
+  ASSERT_EQ(records.size(), 2u);
+  EXPECT_EQ(records[0]["device_name"], "W25Q128JV-IQ");
+  EXPECT_EQ(records[1]["device_name"], "W25Q128JV-IM");
+  result = run_cli({"flash", "list", "--name", "W25Q128XY"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err,
+            "pgmdev: no flash chip's name holds 'W25Q128XY'; did you mean W25Q128JV-IQ, "
+            "W25Q128JV-IM, W25Q128JW-IQ or W25Q128JW-IM?\n");
+
   result = run_cli({"flash", "list", "--manufacturer", "Winbnd"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.err.substr(0, result.err.find('\n')),

@@ -34,19 +34,29 @@ std::unique_ptr<PGMDEV_FLASH_MANAGER> load_flash_manager(DWORD slots) {
 struct FlashFilter {
   std::string manufacturer;  // empty: any
   std::string size;          // Mbit; empty: any
+  std::string name;          // a part of device_name, case ignored; empty: any
 };
+
+bool holds_blind(const std::string& text, const std::string& part) {
+  std::string a = text, b = part;
+  return stl_toupper(a).find(stl_toupper(b)) != std::string::npos;
+}
 
 // The records that pass the filter, by their number in the list (from 1). A maker or a
 // size that no record has is refused: such a filter cannot match.
 std::vector<DWORD> filtered_records(const PGMDEV_SFL_FLASH_INFO* records, DWORD count,
                                     const FlashFilter& filter) {
-  std::vector<std::string> makers;
+  std::vector<std::string> makers, names;
   std::vector<QWORD> sizes;
   std::vector<DWORD> chosen;
+  bool name_held = false;
   for (DWORD i = 0; i < count; ++i) {
     const PGMDEV_SFL_FLASH_INFO& r = records[i];
     makers.push_back(r.manufacturer_name);
+    names.push_back(r.device_name);
     sizes.push_back(r.device_bit_size >> 20);
+    name_held = name_held || holds_blind(r.device_name, filter.name);
+    if (!holds_blind(r.device_name, filter.name)) continue;
     if (!filter.manufacturer.empty() &&
         gen_stricmp(r.manufacturer_name.c_str(), filter.manufacturer.c_str()) != 0) {
       continue;
@@ -57,6 +67,18 @@ std::vector<DWORD> filtered_records(const PGMDEV_SFL_FLASH_INFO* records, DWORD 
   if (!filter.manufacturer.empty()) {
     require_held(filter.manufacturer, makers,
                  "no flash manufacturer is called '" + filter.manufacturer + "'");
+  }
+  if (!name_held) {
+    // A name is searched by a part of it, so the names whose start is close are meant.
+    std::vector<std::string> starts;
+    for (const std::string& name : names) starts.push_back(name.substr(0, filter.name.size()));
+    std::vector<std::string> close;
+    for (const std::string& start : suggest(filter.name, starts, 2)) {
+      for (const std::string& name : names) {
+        if (name.compare(0, start.size(), start) == 0 && close.size() < 5) close.push_back(name);
+      }
+    }
+    throw CliError("no flash chip's name holds '" + filter.name + "'", close);
   }
   if (!filter.size.empty()) {
     std::sort(sizes.begin(), sizes.end());
@@ -226,6 +248,8 @@ void register_flash_commands(CLI::App& app, Options& options) {
   list->add_option("--manufacturer", filter->manufacturer,
                    "Only this maker's chips (case ignored)");
   list->add_option("--size", filter->size, "Only chips of this many Mbit");
+  list->add_option("--name", filter->name,
+                   "Only chips whose device_name holds this text (case ignored)");
   add_json_flag(list, options);
   list->callback([&options, filter] { list_flash(options, *filter); });
 
