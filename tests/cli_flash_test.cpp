@@ -135,6 +135,19 @@ TEST(CliFlash, IdentifiesEachSlotOfAChain) {
   EXPECT_NE(result.out.find("no"), std::string::npos);
   EXPECT_EQ(result.err, "pgmdev: no flash record answers 14\n");
 
+  // All ones and all zeros say what is wrong on the bus.
+  for (const auto& [id, hint] :
+       {std::make_pair("FFFFFF", "no chip is answering"), std::make_pair("0000", "a stuck bus")}) {
+    result = run_cli({"flash", "identify", "--device-id", id});
+    EXPECT_EQ(result.exit_code, 1);
+    EXPECT_EQ(result.err.rfind(std::string("pgmdev: no flash record answers ") + id + "; " + id, 0),
+              0u)
+        << result.err;
+    EXPECT_NE(result.err.find(hint), std::string::npos) << result.err;
+  }
+  EXPECT_EQ(run_cli({"flash", "identify", "--device-id", "FF00FF"}).err,
+            "pgmdev: no flash record answers FF00FF\n");
+
   for (const char* bad : {"EF40181", "XYZ", "EF401822", ""}) {
     result = run_cli({"flash", "identify", "--device-id", bad});
     EXPECT_EQ(result.exit_code, 1) << bad;

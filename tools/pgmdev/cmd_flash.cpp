@@ -153,7 +153,7 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
   Table table({"slot", "id", "silicon_id", "found", "number", "manufacturer_name", "device_name",
                "device_bit_size"});
-  std::string unmatched;
+  std::string unmatched, hints;
   for (DWORD slot = 0; slot < requests.size(); ++slot) {
     const IdRequest& request = requests[slot];
     BYTE id[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
@@ -165,6 +165,7 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
                                     {"found", found}};
     if (!found) {
       unmatched += (unmatched.empty() ? "" : ", ") + request.text;
+      hints += id_hint(request.text, request.bytes);
     } else {
       const DWORD index = manager.get_flash_mapping_index(slot, false);
       entry["number"] = index + 1;
@@ -178,7 +179,7 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
   } else {
     table.print(std::cout);
   }
-  if (!unmatched.empty()) throw CliError("no flash record answers " + unmatched);
+  if (!unmatched.empty()) throw CliError("no flash record answers " + unmatched + hints);
 }
 
 // A batch line is a Device-ID read-out, or "silicon " and a Silicon-ID byte; each line is
@@ -193,7 +194,7 @@ void identify_batch(const Options& options) {
     BYTE id[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
     std::copy(bytes.begin(), bytes.end(), id);
     if (!manager.flash_id_database_mapping(by_silicon, 0, id)) {
-      throw CliError("no flash record answers " + text);
+      throw CliError("no flash record answers " + text + id_hint(text, bytes));
     }
     const DWORD index = manager.get_flash_mapping_index(0, false);
     return nlohmann::ordered_json{

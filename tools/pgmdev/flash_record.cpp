@@ -1,6 +1,7 @@
 // Formats the 33 columns of a serial flash record.
 #include "flash_record.h"
 
+#include <algorithm>
 #include <set>
 
 namespace pgmdev::cli {
@@ -52,6 +53,24 @@ Fields flash_record_fields(const PGMDEV_SFL_FLASH_INFO& record) {
         name, hex_columns.count(name) != 0 ? hex_text(value.get<QWORD>(), 2) : cell_text(value));
   }
   return fields;
+}
+
+std::string id_hint(const std::string& text, const std::vector<BYTE>& bytes) {
+  const auto all = [&](BYTE value) {
+    return !bytes.empty() &&
+           std::all_of(bytes.begin(), bytes.end(), [&](BYTE b) { return b == value; });
+  };
+  if (all(0xFF)) {
+    return "; " + text +
+           " is what a data line that no chip drives reads: no chip is answering (check its "
+           "power, wiring and chip select)";
+  }
+  if (all(0x00)) {
+    return "; " + text +
+           " is what a data line held low reads: a stuck bus (a short, a chip held in reset, "
+           "another master driving it)";
+  }
+  return "";
 }
 
 std::string flash_id_text(const PGMDEV_SFL_FLASH_INFO& r) {
