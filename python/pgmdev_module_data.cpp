@@ -88,7 +88,9 @@ void bind_hps(py::module_& m) {
       py::arg("kind"), py::arg("answers"), py::kw_only(), py::arg("force") = false,
       "Adds a user definition to pgm_flash.ini: `answers` maps every key of hps_fields(kind)\n"
       "to the answer `pgmdev hps add` would take (text, a number in the prompt's unit, or a\n"
-      "bool). ValueError with the dialogue's reason for a refused answer; `force` rewrites a\n"
+      "bool; spi's siid is the JEDEC ID with the first byte read as the lowest, so 20 BA 17\n"
+      "is 0x17BA20). ValueError with the dialogue's reason for a refused answer; `force` rewrites "
+      "a\n"
       "damaged data file (kept aside first).");
   m.def(
       "hps_remove",

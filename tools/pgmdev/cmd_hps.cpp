@@ -141,6 +141,11 @@ nlohmann::ordered_json hps_list_json(bool spi, const HpsFilter& filter) {
 
 namespace {
 
+// The built-in list holds the identifier this way (Micron's 20 BA 17 is 0x17BA20).
+constexpr const char* SPI_ID_ORDER =
+    "The Silicon ID is the JEDEC ID (command 9Fh) with the first byte read as the lowest:\n"
+    "a chip that answers 20 BA 17 (maker first) is 17BA20.\n";
+
 std::string flash_ini_path() { return gen_get_module_path() + "/pgm_flash.ini"; }
 
 // Asked before any question: answers are not worth giving for a file that cannot be written.
@@ -158,6 +163,7 @@ void add(const Options& options, const HPS_KIND<RECORD>& kind, bool force) {
   // Before the questions, not after them.
   require_writable_flash_ini();
   if (!force) check_data_file_before_edit();
+  if (kind.section == PGMDEV_FLASH_INI_HPS_SPI) std::cerr << SPI_ID_ORDER;
   RECORD record;
   prompt_record(kind, record, std::cin, std::cerr);
   append_user_record(kind, record, force);
