@@ -65,5 +65,8 @@ void register_completion_command(CLI::App& app);
 
 // Every command by its full path with its description, one a line, under "Commands:".
 std::string command_summary(CLI::App& root);
+// The help of the tool, then of every command below it, each with all its options (what
+// `--help-all` prints and the manual page is made from).
+std::string help_of_every_command(CLI::App& root);
 
 }  // namespace pgmdev::cli

@@ -65,7 +65,8 @@ int report_parse_error(CLI::App& app, const CLI::ParseError& error) {
 int run(int argc, char** argv, Options& options) {
   CLI::App app{"Device data of FPGAs, CPLDs and their serial configuration flash.", "pgmdev"};
   app.set_version_flag("--version", ver_get_version());
-  app.set_help_all_flag("--help-all", "Print the help of every command");
+  app.add_flag_callback(
+      "--help-all", [&app] { throw CLI::CallForAllHelp(); }, "Print the help of every command");
   app.require_subcommand(1);
   register_info_command(app, options);
   register_catalog_command(app, options);
@@ -79,6 +80,9 @@ int run(int argc, char** argv, Options& options) {
   app.footer(command_summary(app) + "\n" + help_footer());
   try {
     app.parse(argc, argv);
+  } catch (const CLI::CallForAllHelp&) {
+    std::cout << help_of_every_command(app);
+    return EXIT_OK;
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);  // --help, --version
     return report_parse_error(app, error);
