@@ -1,5 +1,5 @@
 # The two front-door commands: `make test` and `make demo`. Everything else is CMake.
-.PHONY: all bootstrap build test asan demo bench format tidy clean fuzz-smoke fuzz-long fuzz-merge fuzz-coverage
+.PHONY: all bootstrap build test asan tsan demo bench format tidy clean fuzz-smoke fuzz-long fuzz-merge fuzz-coverage
 
 PRESET ?= default
 
@@ -21,7 +21,13 @@ demo: build
 asan:
 	@$(MAKE) --no-print-directory test PRESET=asan
 
-# Every benchmark program of bench/, each with its median of five runs; BENCH_ARGS adds
+# ThreadSanitizer over the concurrent uses the public headers document; the preset builds
+# only the library, the databases and that test.
+tsan:
+	@$(MAKE) --no-print-directory test PRESET=tsan
+
+# Every benchmark program of bench/, each with its median of five runs, then the start-up
+# cost of whole processes (bench/startup_cost.py, under valgrind); BENCH_ARGS adds
 # Google Benchmark options (for example BENCH_ARGS=--benchmark_filter=Grammar).
 bench: build
 	@for b in $$(find build/$(PRESET)/bench -maxdepth 1 -type f -executable | sort); do \
@@ -29,6 +35,8 @@ bench: build
 	  $$b --benchmark_repetitions=5 --benchmark_report_aggregates_only=true $(BENCH_ARGS) \
 	    2>/dev/null | grep -E '_median|^Benchmark|^---' || exit 1; \
 	done
+	@echo "== bench/startup_cost.py"
+	@/usr/bin/python3 bench/startup_cost.py build/$(PRESET)
 
 # Fuzzing (doc/fuzzing.md): a short run of every target, the long campaign, corpus
 # minimisation and the coverage of each parser from its corpus.

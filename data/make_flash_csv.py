@@ -77,20 +77,20 @@ NOTES_BEFORE = [
     "damaged) with times no shorter than either line's.",
 ]
 NOTES_AFTER = [
-    "# Timings are timeouts, never below what the chip allows: where a chip's own SFDP dumps "
-    "exist (data/flash_sfdp_maxima.tsv) every time is at least the largest maximum they declare; "
-    "a chip without a dump of its own takes the worst case over the dumps of its maker's line "
-    "(same maker, series and voltage, any density, never scaled down; the line and the dumps "
-    "used stand in data/flash_chips.tsv); erase times rounded up to whole seconds, page program "
-    "to whole milliseconds; where a recalled datasheet estimate is longer it stays (a longer "
-    "timeout costs nothing on a healthy chip). Without any dump: the recalled maximum rounded "
-    "up; unknown chip erase 2 s per Mbit (at least 30 s), unknown sector erase 3 s per 64 KB, "
-    "unknown page program 5 ms. The sector is the largest erase size every region of the "
-    "chip's own erase layout supports. Protection: the value sets every block-protect bit of "
-    "the mask, the unprotect value clears them; division 6 for three block-protect bits, "
-    "log2(size / 64 KB) for four, FF without known status-register protection. Gated: "
-    "UNVERIFIED where the facts are doubtful, DIE_SELECT where the chip needs software die "
-    "selection, SECTOR_64K where the identifier is also a 256 KB-sector variant's.",
+    "# Timings are timeouts, never below what the chip allows, from one rule: 3 times the largest "
+    "maximum declared by the SFDP dumps of the chip's maker's line (data/flash_sfdp_maxima.tsv; "
+    "same maker, series and voltage, the chip's own dumps included; where the line has none, the "
+    "maker's other lines), chip erase scaled to the chip's density; the margin 3 reaches every "
+    "dump held out of its line (at most 2.77 needed); erase times rounded up to whole seconds, "
+    "page program to whole milliseconds; where a recalled datasheet estimate is longer it stays. "
+    "Without any dump: the recalled maximum rounded up; unknown chip erase 2 s per Mbit (at "
+    "least 30 s), unknown sector erase 3 s per 64 KB, unknown page program 5 ms. The sector is "
+    "the largest erase size every region of the chip's own erase layout supports. Protection: "
+    "the value sets every block-protect bit of the mask, the unprotect value clears them; "
+    "division 6 for three block-protect bits, log2(size / 64 KB) for four, FF without known "
+    "status-register protection. Gated: UNVERIFIED where the facts are doubtful, DIE_SELECT "
+    "where the chip needs software die selection, SECTOR_64K where the identifier is also a "
+    "256 KB-sector variant's.",
 ]
 
 # Chips whose facts are doubtful, and chips that need a die-select command the flows lack.
@@ -107,6 +107,10 @@ GATES = {
     "S25FL127S": "SECTOR_64K",
     "S25FL256S": "SECTOR_64K",
     "W25M512JV": "DIE_SELECT",  # two stacked dies selected with C2h
+    # Answer the same bytes; AT25QL321's voltage has no second source (a 1.8 V chip fed 3.3 V
+    # is damaged).
+    "AT25SL321": "UNVERIFIED",
+    "AT25QL321": "UNVERIFIED",
 }
 COMMODITY_FLASH = 32  # configuration device type code of third-party serial flash
 MBIT = 1048576
@@ -168,48 +172,71 @@ def protection(row, size_bytes):
 
 
 TIME_KEYS = ("sector_erase_max_ms", "chip_erase_max_ms", "page_program_max_us")
+# The timing rule: a record's times are TIMING_MARGIN times the largest maximum its line's dumps
+# declare (chip erase scaled to the chip's density), or its maker's other lines' where its line
+# has none. The leave-one-out over every dump (tests/flash_sfdp_audit_test.cpp, `pgmdev flash
+# audit`) needs 2.77 at most; PGMDEV_SFDP_AUDIT::TIMING_MARGIN holds the same number.
+TIMING_MARGIN = 3
 
 
 def sfdp_maxima():
-    """What the dumps declare, per identifier ("C2 20 1B") and per maker's line: the smallest
-    sector (identifier only) and the largest declared times with the dumps that declare them."""
-    by_id, by_line = {}, {}
+    """What the dumps declare: per identifier ("C2 20 1B") the smallest sector, and every dump
+    that declares times with its maker's line."""
+    by_id, timed = {}, []
     with open(SFDP_MAXIMA, encoding="utf-8") as table:
         lines = [line for line in table if not line.startswith("#")]
     for row in csv.DictReader(lines, delimiter="\t"):
         entry = by_id.setdefault(row["rdid_9F"].upper(), {"sector_kb": int(row["sector_KB"])})
         entry["sector_kb"] = min(entry["sector_kb"], int(row["sector_KB"]))
+        entry.setdefault("dumps", [])
         if row["chip_erase_max_ms"] == "-":
             continue  # revision 1.0 tables declare no times
-        for target in (entry, by_line.setdefault(row["line"], {})):
-            target.setdefault("dumps", []).append(row["dump"])
-            for key in TIME_KEYS:
-                target[key] = max(target.get(key, 0), int(row[key]))
-    return by_id, by_line
+        entry["dumps"].append(row["dump"])
+        dump = {key: int(row[key]) for key in TIME_KEYS}
+        dump.update(name=row["dump"], line=row["line"], mbit=int(row["size_Mbit"]))
+        timed.append(dump)
+    return by_id, timed
 
 
-def times_from(own, line):
-    """Which dumps a chip's times come from: its own, then the rest of its maker's line."""
-    own_dumps = own.get("dumps", []) if own else []
-    line_dumps = [d for d in (line or {}).get("dumps", []) if d not in own_dumps]
+def maker_of_line(line):
+    return line.split()[0]
+
+
+def rule_dumps(line, timed):
+    """The dumps the rule takes a chip's times from: its line's, else its maker's other lines'."""
+    own_line = [d for d in timed if d["line"] == line]
+    if own_line:
+        return "line", own_line
+    return "maker", [d for d in timed if maker_of_line(d["line"]) == maker_of_line(line)]
+
+
+def rule_times(dumps, mbit):
+    """(sector erase s, chip erase s, page program us) of the timing rule."""
+    sector = max(d["sector_erase_max_ms"] for d in dumps)
+    chip = max(d["chip_erase_max_ms"] * mbit / d["mbit"] for d in dumps)
+    page = max(d["page_program_max_us"] for d in dumps)
+    return (math.ceil(TIMING_MARGIN * sector / 1000), math.ceil(TIMING_MARGIN * chip / 1000),
+            1000 * math.ceil(TIMING_MARGIN * page / 1000))
+
+
+def times_from(own, kind, dumps):
+    """Which dumps a chip's times come from: its own, then the rest of its line's (or maker's)."""
+    own_dumps = [d for d in (own or {}).get("dumps", []) if d in [x["name"] for x in dumps]]
+    others = [d["name"] for d in dumps if d["name"] not in own_dumps]
     parts = (["own:" + "+".join(own_dumps)] if own_dumps else []) + (
-        ["line:" + "+".join(line_dumps)] if line_dumps else [])
+        [kind + ":" + "+".join(others)] if others else [])
     return ";".join(parts) or "estimate"
 
 
-def apply_sfdp(record, own, line):
-    """The chip's own sector rule, and the declared maxima of its own dumps and its line's
-    where they exceed the estimates (never scaled down by density)."""
+def apply_sfdp(record, own, dumps, mbit):
+    """The chip's own sector rule, and the timing rule where it exceeds the estimates."""
     if own:
         record["device_sector_byte"] = min(record["device_sector_byte"], own["sector_kb"] * 1024)
-    for entry in (own, line):
-        if entry and "dumps" in entry:  # never below the estimate: stacked dies erase in turn
-            record["sec_erase_time"] = max(record["sec_erase_time"],
-                                           math.ceil(entry["sector_erase_max_ms"] / 1000))
-            record["bulk_erase_time"] = max(record["bulk_erase_time"],
-                                            math.ceil(entry["chip_erase_max_ms"] / 1000))
-            record["program_utime"] = max(
-                record["program_utime"], 1000 * math.ceil(entry["page_program_max_us"] / 1000))
+    if dumps:  # never below the estimate: stacked dies erase in turn
+        sector, chip, page = rule_times(dumps, mbit)
+        record["sec_erase_time"] = max(record["sec_erase_time"], sector)
+        record["bulk_erase_time"] = max(record["bulk_erase_time"], chip)
+        record["program_utime"] = max(record["program_utime"], page)
 
 
 def chip_record(row):
@@ -286,13 +313,14 @@ def cell(kind, value):
 def build():
     with open(FACTS, newline="", encoding="utf-8") as facts:
         rows = list(csv.DictReader(facts, delimiter="\t"))
-    by_id, by_line = sfdp_maxima()
+    by_id, timed = sfdp_maxima()
     groups = {}
     for row in rows:
         record = chip_record(row)
-        own, line = by_id.get(row["rdid_9F"].upper()), by_line.get(row["line"])
-        apply_sfdp(record, own, line)
-        source = times_from(own, line)
+        own = by_id.get(row["rdid_9F"].upper())
+        kind, dumps = rule_dumps(row["line"], timed)
+        apply_sfdp(record, own, dumps, int(row["capacity_Mbit"]))
+        source = times_from(own, kind, dumps)
         assert row["times_from"] == source, (row["part"], "times_from should be " + source)
         assert source != "estimate" or "sfdp" not in row["page_prog_ms(typ/max)"], row["part"]
         key = (record["mfc_id"], int(row["mem_type"], 16), int(row["cap_byte"], 16))

@@ -23,6 +23,9 @@ enum class PGMDEV_DDB_GRAMMAR_ENUM : DWORD {
 // `std::string&` forms leave the caller's string in that normalised form (callers rely on
 // it); the `const std::string&` forms work on a copy. Unknown names give "" (or the
 // normalised name where a fallback applies) and never fail.
+// Threads: every operation may run on any number of threads at once, the first included (the
+// grammar is loaded once, under a lock); only a `std::string&` argument, which is rewritten,
+// must not be shared with another thread while the call runs.
 class PGMDEV_API PGMDEV_DEVICE_GRAMMAR_MGR {
  public:
   PGMDEV_DEVICE_GRAMMAR_MGR() = delete;

@@ -55,6 +55,9 @@ class PGMDEV_API PGMDEV_INDEX_TABLE {
 // Owns the device information records and the family, device and part index tables.
 // Copies share the loaded records and tables (immutable once loaded), so any number of copies
 // may live and die in any order; each copy has its own search position and parts list.
+// Threads: one manager per thread. Look-ups set the search position (m_index), so two threads
+// must not share a manager; copies made from one loaded manager share its records without
+// reloading, and each thread may use its own copy while the others use theirs.
 class PGMDEV_API PGMDEV_DEV_INFO_MANAGER {
  public:
   // Loads "<device database directory>/programmer/pgm_dev_info.pcf" unless `generate`. A debug

@@ -56,9 +56,27 @@ struct PGMDEV_API PGMDEV_SFL_FLASH_INFO {
   std::string asc_voltage;
 };
 
+// Why no loaded record answers an identifier read-out: the file's records that would answer it
+// but stay out until their switch is on, a chip left out of the table on purpose, and who the
+// manufacturer byte names.
+struct PGMDEV_API PGMDEV_FLASH_ID_EXPLANATION {
+  struct GATED {
+    std::string device_name;
+    std::string switch_name;  // PGM_ALLOW_<word>
+    std::string meaning;      // when a site turns it on
+  };
+  std::vector<GATED> gated;
+  std::string refused_chip;  // empty when no chip was left out on purpose for these bytes
+  std::string refused_reason;
+  std::string maker;  // who the first byte names; empty when it names no maker
+  std::string text;   // all of the above in sentences, for people
+};
+
 // Owns the loaded flash records (the file's enabled records, after the user's record at index
 // 0 when one is defined) and the device-to-flash map of one programmer chain. Copies share the
 // records, which never change once loaded, and get their own copy of the map.
+// Threads: one manager per thread. Identification writes the device-to-flash map, so two
+// threads must not share a manager; a copy per thread shares the loaded records and is safe.
 class PGMDEV_API PGMDEV_FLASH_MANAGER {
  public:
   static constexpr DWORD TOTAL_DATABASE_MEMBER = 33;
@@ -82,6 +100,18 @@ class PGMDEV_API PGMDEV_FLASH_MANAGER {
   DWORD get_flash_count() const { return m_flash_count; }
   // The records, index 0 to get_flash_count() - 1; valid while a manager sharing them lives.
   const PGMDEV_SFL_FLASH_INFO* get_flash_database() const;
+
+  // The file's records that their switch kept out, in file order (none are mapped).
+  const std::vector<PGMDEV_SFL_FLASH_INFO>& get_gated_flash_database() const;
+  // Why no loaded record answers the FLASH_ID_SIZE bytes of `id`; meant for a read-out that
+  // flash_id_database_mapping did not find.
+  PGMDEV_FLASH_ID_EXPLANATION explain_unanswered_id(bool by_silicon_id, const BYTE* id) const;
+  // When a site turns on PGM_ALLOW_<word>, as a phrase ("for the 64 KB-sector variant ...");
+  // empty for a word the shipped table does not use.
+  static std::string gate_meaning(const std::string& word);
+  // The maker a manufacturer byte names: the flash makers by the shipped table's names, other
+  // JEDEC bank-1 codes by JEDEC's; empty for a byte that is no code (even parity, 00, 7F, FF).
+  static std::string maker_of(BYTE manufacturer);
 
   // Columns of the record mapped to a device slot.
   std::string sfl_get_manufacturer_name(DWORD device) const;
@@ -197,5 +227,7 @@ class PGMDEV_API PGMDEV_FLASH_MANAGER {
   std::vector<DWORD> m_device_to_flash_map;  // empty until loaded
   // Null until loaded; shared by copies and never changed once loading is over.
   std::shared_ptr<std::vector<PGMDEV_SFL_FLASH_INFO>> m_flash_database;
+  // The records the gating dropped, shared like the loaded ones; null until loaded.
+  std::shared_ptr<std::vector<PGMDEV_SFL_FLASH_INFO>> m_gated_database;
   PGMDEV_SFL_FLASH_INFO m_ini_flash;  // the user's record; present when device_name is set
 };

@@ -1,4 +1,9 @@
 // HPS managers: the HPS kind selection and the HPS SPI and NAND flash lists (singletons).
+//
+// Threads: get_mgr creates its singleton on the first call without a lock, so make the first
+// get_mgr of each manager on one thread before others use it, and delete_mgr after they are
+// done. The instances are not locked either: select the HPS kind and add or remove user
+// definitions from one thread at a time.
 #pragma once
 
 #include <memory>

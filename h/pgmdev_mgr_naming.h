@@ -17,6 +17,8 @@ enum PGM_ENUM_TYPE {
 // Static operations only. Unknown names, parts and slots give "", 0xFFFFFFFF or
 // 0xFFFFFFFFFFFFFFFF; only a broken embedded table or a vocabulary type of
 // PGM_ENUM_TYPE_MAX or more is an internal error.
+// Threads: every operation may run on any number of threads at once, the first included (the
+// OPN table and the grammar are loaded once, under a lock).
 class PGMDEV_API PGMDEV_MGR {
  public:
   PGMDEV_MGR() = delete;

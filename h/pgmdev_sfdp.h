@@ -189,15 +189,47 @@ struct PGMDEV_API PGMDEV_SFDP_FINDING {
   std::string text;
 };
 
+// The times the timing rule gives a chip of `chip_bits` from its siblings' dumps.
+struct PGMDEV_API PGMDEV_SFDP_RULE_TIMES {
+  DWORD sector_erase_s = 0;  // for the sector the sector rule allows
+  DWORD chip_erase_s = 0;
+  DWORD page_program_us = 0;
+};
+
+// One dump held out of the timing rule: the rule applied to the dumps of its line (or, where
+// its line has no other, of its maker's other lines) against what the dump itself declares.
+struct PGMDEV_API PGMDEV_SFDP_HOLDOUT {
+  std::string dump;
+  std::string from;      // "line" or "maker"; empty: no other dump with times to take
+  DWORD siblings = 0;    // dumps the rule took
+  double needed = 0;     // the margin the dump needs: its largest maximum over the siblings'
+  bool reached = false;  // the rule's times reach every maximum it declares
+  PGMDEV_SFDP_RULE_TIMES rule;
+};
+
 // Holds flash records against the dumps of their identifiers: the size, the sector rule and
 // each time at least the chip's declared maximum; and against the table's own rules (odd
 // parity of the maker byte, the capacity byte, no record hidden behind an earlier one with
 // the same identifier, one default per name).
 class PGMDEV_API PGMDEV_SFDP_AUDIT {
  public:
-  // `id`: the dump's three identifier bytes in arrival order.
-  void add_dump(const std::string& name, const std::vector<BYTE>& id, const PGMDEV_SFDP& sfdp);
+  // Timing rule: every time is TIMING_MARGIN times the largest maximum the sibling dumps
+  // declare, chip erase scaled to the chip's density (doc/flash_database.md, Times).
+  static constexpr unsigned TIMING_MARGIN = 3;
+
+  // `id`: the dump's three identifier bytes in arrival order. `line`: the maker's line of the
+  // chip ("Winbond W25Q-JV 3.3V", maker first); empty: its first two identifier bytes.
+  void add_dump(const std::string& name, const std::vector<BYTE>& id, const PGMDEV_SFDP& sfdp,
+                const std::string& line = "");
   void check(const PGMDEV_SFL_FLASH_INFO* records, DWORD count);
+  // Every dump that declares times, held out in turn (the rule from the others).
+  std::vector<PGMDEV_SFDP_HOLDOUT> leave_one_out() const;
+  // The rule's times for a chip of `chip_bits` from these dumps (those without times count
+  // for nothing); all zero when none has times.
+  static PGMDEV_SFDP_RULE_TIMES rule_times(const std::vector<const PGMDEV_SFDP*>& dumps,
+                                           QWORD chip_bits);
+  // The sector erase maximum a dump declares for the sector the sector rule allows, in ms.
+  static DWORD sector_erase_maximum_ms(const PGMDEV_SFDP& sfdp);
 
   const std::vector<PGMDEV_SFDP_FINDING>& findings() const { return m_findings; }
   DWORD pairs() const { return m_pairs; }  // record and dump pairs compared
@@ -208,6 +240,7 @@ class PGMDEV_API PGMDEV_SFDP_AUDIT {
     std::string name;
     std::vector<BYTE> id;
     PGMDEV_SFDP sfdp;
+    std::string line;
   };
   void check_against(const PGMDEV_SFL_FLASH_INFO& record, const DUMP& dump);
   void check_rules(const PGMDEV_SFL_FLASH_INFO* records, DWORD count);

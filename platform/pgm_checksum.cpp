@@ -1,8 +1,5 @@
 // Checksums and digests of the programmer's common services.
-// OpenSSL's direct SHA-256 routines are deprecated in favour of EVP, yet kept: see
-// get_block_sha.
-#define OPENSSL_SUPPRESS_DEPRECATED
-#include <openssl/sha.h>
+#include <nettle/sha2.h>
 
 #include <array>
 #include <boost/crc.hpp>
@@ -78,17 +75,15 @@ WORD calculate_crc16_xmodem(const BYTE* data, size_t length) {
   return crc.checksum();
 }
 
-// The direct routines rather than EVP: the first EVP digest loads OpenSSL's configuration
-// and default provider, which costs a short-lived process about 2 MiB and several
-// milliseconds, and would settle the configuration for a host program sharing OpenSSL.
+// Nettle rather than OpenSSL: one small library with no configuration to load, where
+// libcrypto cost every process several thousand symbols bound at start for this one digest.
 BYTE* get_block_sha(const unsigned char* data, unsigned long length, unsigned long digest_size) {
-  if (digest_size != SHA256_DIGEST_LENGTH) return nullptr;
-  std::unique_ptr<BYTE[]> digest(new BYTE[SHA256_DIGEST_LENGTH]);
-  SHA256_CTX context;
-  if (SHA256_Init(&context) != 1 || (length != 0 && SHA256_Update(&context, data, length) != 1) ||
-      SHA256_Final(digest.get(), &context) != 1) {
-    return nullptr;
-  }
+  if (digest_size != SHA256_DIGEST_SIZE) return nullptr;
+  std::unique_ptr<BYTE[]> digest(new BYTE[SHA256_DIGEST_SIZE]);
+  sha256_ctx context;
+  sha256_init(&context);
+  if (length != 0) sha256_update(&context, length, data);
+  sha256_digest(&context, SHA256_DIGEST_SIZE, digest.get());
   return digest.release();
 }
 

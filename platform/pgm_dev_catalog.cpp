@@ -34,11 +34,16 @@ int resolve(const std::string& filter, const catalog::NameIndex& index) {
   return value == 0 ? -1 : value;
 }
 
-// One text filter, its wildcard test made once rather than once per part.
+// One text filter, its wildcard test made once rather than once per part; a wildcard does
+// not look at the part's text at all.
 struct TextFilter {
   explicit TextFilter(const std::string& text) : any(is_wildcard(text)), text(text) {}
-  bool equals(std::string_view value) const { return any || gen_stricmp(text, value) == 0; }
-  bool within(std::string_view value) const { return any || catalog::ascii_icontains(value, text); }
+  bool equals(catalog::CatalogText value) const {
+    return any || gen_stricmp(text, value.view()) == 0;
+  }
+  bool within(catalog::CatalogText value) const {
+    return any || catalog::ascii_icontains(value.view(), text);
+  }
   bool any;
   const std::string& text;
 };

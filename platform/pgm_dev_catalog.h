@@ -1,4 +1,6 @@
 // The device catalogue: families, devices and parts, their names and relations.
+// Threads: the catalogue is constant tables compiled into the library; every function and
+// DEV_PART_MANAGER operation may run on any number of threads at once.
 #pragma once
 
 #include <string>

@@ -14,7 +14,7 @@ constexpr CatalogTables kTables{
     {part_rows, generated::kPartRows + 1},       {family_index_rows, generated::kFamilyRows},
     {device_index_rows, generated::kDeviceRows}, {part_index_rows, generated::kPartRows}};
 
-bool key_less(const NameEntry& entry, std::string_view key) { return entry.key < key; }
+bool key_less(const NameEntry& entry, std::string_view key) { return entry.key.view() < key; }
 
 }  // namespace
 
@@ -31,13 +31,13 @@ int find_name(const NameIndex& index, const char* name) {
   }
   const std::string_view wanted(key, length);
   const NameEntry* found = std::lower_bound(index.begin(), index.end(), wanted, key_less);
-  return found != index.end() && found->key == wanted ? found->value : 0;
+  return found != index.end() && found->key.view() == wanted ? found->value : 0;
 }
 
 NameIndex find_prefix(const NameIndex& index, std::string_view prefix) {
   const NameEntry* first = std::lower_bound(index.begin(), index.end(), prefix, key_less);
   const NameEntry* last = std::find_if(first, index.end(), [prefix](const NameEntry& entry) {
-    return entry.key.substr(0, prefix.size()) != prefix;
+    return entry.key.view().substr(0, prefix.size()) != prefix;
   });
   return {first, static_cast<std::size_t>(last - first)};
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "catalog_tables_size.h"
@@ -22,20 +23,32 @@ static_assert(generated::kDeviceRows + 1 == DEV_DEVICE_MAX,
               "devices.csv must hold one row per device, generic last");
 static_assert(kPartCount > 0, "parts.csv must hold at least one part");
 
+// Every name of the catalogue lives in one character array; a row holds where, not a
+// pointer, so the tables need no relocation when the library loads (tens of thousands of
+// pointers were most of what starting a process cost).
+extern const char catalog_text[];
+
+struct CatalogText {
+  std::uint32_t m_offset;
+  std::uint32_t m_size;
+  std::string_view view() const { return {catalog_text + m_offset, m_size}; }
+  operator std::string_view() const { return view(); }  // NOLINT: implicit by design
+};
+
 struct CatalogFamily {
-  std::string_view name;
+  CatalogText name{};
 };
 
 struct CatalogDevice {
-  std::string_view name;
+  CatalogText name{};
   DEV_FAMILY_ENUM family = DEV_FAMILY_INVALID;
 };
 
 struct CatalogPart {
-  std::string_view name;
-  std::string_view package;
-  std::string_view speed;
-  std::string_view temperature;
+  CatalogText name{};
+  CatalogText package{};
+  CatalogText speed{};
+  CatalogText temperature{};
   DEV_DEVICE_ENUM device = DEV_DEVICE_INVALID;
   bool released = false;
   bool preferred = false;
@@ -44,7 +57,7 @@ struct CatalogPart {
 
 // An index entry: a name in ASCII upper case and its value.
 struct NameEntry {
-  std::string_view key;
+  CatalogText key;
   int value;
 };
 

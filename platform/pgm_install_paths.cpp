@@ -12,10 +12,12 @@ namespace fs = std::filesystem;
 namespace {
 
 // The folder of the file this code was loaded from: the shared library, or the program
-// that links the library statically.
-std::string module_folder() {
+// that links the library statically. Found once: a loaded file does not move, and the
+// search walks the loaded objects and resolves links each time.
+std::string find_module_folder() {
   Dl_info info{};
-  if (dladdr(reinterpret_cast<void*>(&module_folder), &info) == 0 || info.dli_fname == nullptr) {
+  if (dladdr(reinterpret_cast<void*>(&find_module_folder), &info) == 0 ||
+      info.dli_fname == nullptr) {
     return fs::current_path().string();
   }
   std::error_code error;
@@ -24,9 +26,14 @@ std::string module_folder() {
   return file.parent_path().string();
 }
 
+std::string module_folder() {
+  static const std::string folder = find_module_folder();
+  return folder;
+}
+
 // An installed module finds share/pgmdev relative to itself; a module in the build tree
-// uses the build's generated share/pgmdev.
-std::string default_share_folder() {
+// uses the build's generated share/pgmdev. Decided once, as the module's own folder is.
+std::string find_default_share_folder() {
   const fs::path module = module_folder();
   for (const char* relative : {PGMDEV_SHARE_FROM_LIBDIR, PGMDEV_SHARE_FROM_BINDIR}) {
     std::error_code error;
@@ -34,6 +41,11 @@ std::string default_share_folder() {
     if (fs::is_directory(candidate / "programmer", error)) return candidate.string();
   }
   return PGMDEV_BUILD_SHARE_DIR;
+}
+
+std::string default_share_folder() {
+  static const std::string folder = find_default_share_folder();
+  return folder;
 }
 
 std::string configured_or(const char* key, std::string (*fallback)()) {

@@ -22,10 +22,10 @@ namespace pgmdev::python {
 
 namespace {
 
-// Python text run at import: the classes scripts see, written where they read best.
+// Python text run at import: the classes scripts see, written where they read best. The
+// named tuples are made on first use: importing collections and building them cost more
+// than the rest of the import together.
 const char* const PYTHON_CLASSES = R"py(
-import collections as _collections
-
 class InternalError(Exception):
     """A broken invariant of the library or a corrupt data file.
 
@@ -51,13 +51,25 @@ class DeviceRecord(dict):
     number = None
 
 # Fields named as the keys of the tool's JSON lists.
-Family = _collections.namedtuple("Family", "enum family")
-Family.__doc__ = "A family of the catalogue: its enumeration value and name."
-Device = _collections.namedtuple("Device", "enum device family")
-Device.__doc__ = "A device of the catalogue and its family."
-Part = _collections.namedtuple(
-    "Part", "enum part device package speed temperature released preferred hidden")
-Part.__doc__ = "A part of the catalogue: its device, package, grades and flags."
+_NAMED_TUPLES = {
+    "Family": ("enum family", "A family of the catalogue: its enumeration value and name."),
+    "Device": ("enum device family", "A device of the catalogue and its family."),
+    "Part": ("enum part device package speed temperature released preferred hidden",
+             "A part of the catalogue: its device, package, grades and flags."),
+}
+
+def __getattr__(name):
+    if name not in _NAMED_TUPLES:
+        raise AttributeError(f"module 'pgmdev' has no attribute '{name}'")
+    import collections
+    fields, doc = _NAMED_TUPLES[name]
+    kind = collections.namedtuple(name, fields, module=__name__)
+    kind.__doc__ = doc
+    globals()[name] = kind
+    return kind
+
+def __dir__():
+    return sorted(set(globals()) | set(_NAMED_TUPLES))
 )py";
 
 // An installed module finds share/pgmdev from its own folder, unless configured otherwise.
@@ -92,6 +104,13 @@ py::object optional_text(const std::string& text) {
   return text.empty() ? py::object(py::none()) : py::object(py::str(text));
 }
 
+// An OPN hash as the tool reads it: an int is the hash itself, in hex digits (any size or
+// sign, for the tool's check to refuse); text goes as given.
+std::string hash_text(const py::handle& hash) {
+  if (!py::isinstance<py::int_>(hash)) return hash.cast<std::string>();
+  return py::str(py::module_::import("builtins").attr("format")(hash, "X")).cast<std::string>();
+}
+
 void bind_opn(py::module_& m) {
   m.def(
       "opn",
@@ -99,14 +118,9 @@ void bind_opn(py::module_& m) {
         if (slot.has_value() == !hash.is_none()) {
           throw cli::CliError("give an OPN enumeration or an OPN hash");
         }
-        // An int hash is the hash itself; text is read as the tool reads it (hex digits).
         const bool by_hash = !slot;
-        const std::string text = !by_hash ? std::to_string(*slot)
-                                 : py::isinstance<py::int_>(hash)
-                                     ? cli::hex_text(hash.cast<unsigned long long>(), 12)
-                                     : hash.cast<std::string>();
-        unsigned long long value = 0;
-        if (by_hash && !cli::parse_hex(text, value)) cli::opn_json(text, true);  // ValueError
+        const std::string text = by_hash ? hash_text(hash) : std::to_string(*slot);
+        if (by_hash) cli::parse_opn_hash(text);  // bad text is a ValueError, not a LookupError
         return to_python(looking_up([&] { return cli::opn_json(text, by_hash); }));
       },
       py::arg("slot") = py::none(), py::kw_only(), py::arg("hash") = py::none(),
@@ -129,7 +143,9 @@ void bind_opn(py::module_& m) {
       py::arg("part"), "The 48-bit OPN hash of a known part, or None.");
   m.def(
       "part_of_hash",
-      [](unsigned long long hash) { return optional_text(PGMDEV_MGR::get_opn_from_hash(hash)); },
+      [](const py::int_& hash) {
+        return optional_text(PGMDEV_MGR::get_opn_from_hash(cli::parse_opn_hash(hash_text(hash))));
+      },
       py::arg("hash"), "The part whose OPN hash is `hash`, or None.");
 }
 
@@ -180,13 +196,43 @@ std::string sentence(const cli::CliError& error) {
   return error.what() + cli::did_you_mean(error.suggestions());
 }
 
-py::object to_python(const nlohmann::json& json) {
-  return py::module_::import("json").attr("loads")(json.dump());
+namespace {
+
+// The Python value of a JSON value, built directly: importing Python's json module to read
+// the text back would cost a first call more than the answer itself.
+template <class JSON>
+py::object python_value(const JSON& json) {
+  switch (json.type()) {
+    case nlohmann::json::value_t::object: {
+      py::dict object;
+      for (const auto& [key, value] : json.items()) object[py::str(key)] = python_value(value);
+      return std::move(object);
+    }
+    case nlohmann::json::value_t::array: {
+      py::list array;
+      for (const auto& value : json) array.append(python_value(value));
+      return std::move(array);
+    }
+    case nlohmann::json::value_t::string:
+      return py::str(json.template get_ref<const std::string&>());
+    case nlohmann::json::value_t::boolean:
+      return py::bool_(json.template get<bool>());
+    case nlohmann::json::value_t::number_integer:
+      return py::int_(json.template get<std::int64_t>());
+    case nlohmann::json::value_t::number_unsigned:
+      return py::int_(json.template get<std::uint64_t>());
+    case nlohmann::json::value_t::number_float:
+      return py::float_(json.template get<double>());
+    default:
+      return py::none();
+  }
 }
 
-py::object to_python(const nlohmann::ordered_json& json) {
-  return py::module_::import("json").attr("loads")(json.dump());
-}
+}  // namespace
+
+py::object to_python(const nlohmann::json& json) { return python_value(json); }
+
+py::object to_python(const nlohmann::ordered_json& json) { return python_value(json); }
 
 namespace {
 

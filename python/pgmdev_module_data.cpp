@@ -11,10 +11,25 @@ namespace pgmdev::python {
 
 namespace {
 
-// An answer as the dialogue takes it: Y/N for flags, decimal text for numbers.
-std::string answer_text(const py::handle& value) {
-  if (py::isinstance<py::bool_>(value)) return value.cast<bool>() ? "Y" : "N";
-  return py::str(value).cast<std::string>();
+// An answer as the dialogue takes it. Text goes as typed; a bool answers a flag and an int
+// a number, in the prompt's unit, written the way the prompt reads it (hex or decimal). Any
+// other type is a TypeError: an int must never be read back as other digits.
+std::string answer_text(PGMDEV_PARAM_TYPE type, const cli::HPS_RULE& rule, const std::string& key,
+                        const py::handle& value) {
+  if (py::isinstance<py::str>(value)) return value.cast<std::string>();
+  const bool is_bool = py::isinstance<py::bool_>(value);
+  if (type == PGMDEV_PARAM_BOOL && is_bool) return value.cast<bool>() ? "Y" : "N";
+  const bool number = type != PGMDEV_PARAM_BOOL && type != PGMDEV_PARAM_STRING;
+  if (number && !is_bool && py::isinstance<py::int_>(value)) {
+    return rule.hex ? py::str(py::module_::import("builtins").attr("format")(value, "X"))
+                          .cast<std::string>()
+                    : py::str(value).cast<std::string>();
+  }
+  const char* wanted = type == PGMDEV_PARAM_BOOL     ? "a bool"
+                       : type == PGMDEV_PARAM_STRING ? "text"
+                                                     : "an int";
+  throw py::type_error(key + " takes " + wanted + " or the dialogue's text, not " +
+                       py::str(value.get_type().attr("__name__")).cast<std::string>());
 }
 
 template <class RECORD>
@@ -24,7 +39,7 @@ void hps_add(const cli::HPS_KIND<RECORD>& kind, const py::dict& answers, bool fo
   for (DWORD i = 0; i < kind.count; ++i) {
     const std::string& key = kind.keys[i];
     if (!answers.contains(key)) throw cli::CliError("no answer for " + key);
-    std::string text = answer_text(answers[py::str(key)]);
+    std::string text = answer_text(kind.types[i], kind.rules[i], key, answers[py::str(key)]);
     gen_remove_leading_and_trailing_white_spaces(text);
     std::string error;
     if (!cli::accept(kind.types[i], kind.rules[i], text, record.params[i], error)) {
@@ -63,7 +78,7 @@ void bind_hps(py::module_& m) {
       "hps_list",
       [](const std::string& kind, const std::string& manufacturer, std::optional<unsigned> size) {
         const bool spi = hps_kind_name(kind) == "spi";
-        cli::warn_if_data_file_damaged();  // its user definitions would otherwise just be missing
+        cli::warn_if_data_file_damaged(spi);  // its user definitions would otherwise be missing
         const cli::HpsFilter filter{manufacturer, size ? std::to_string(*size) : ""};
         return to_python(cli::hps_list_json(spi, filter));
       },
@@ -87,11 +102,11 @@ void bind_hps(py::module_& m) {
       },
       py::arg("kind"), py::arg("answers"), py::kw_only(), py::arg("force") = false,
       "Adds a user definition to pgm_flash.ini: `answers` maps every key of hps_fields(kind)\n"
-      "to the answer `pgmdev hps add` would take (text, a number in the prompt's unit, or a\n"
-      "bool; spi's siid is the JEDEC ID with the first byte read as the lowest, so 20 BA 17\n"
-      "is 0x17BA20). ValueError with the dialogue's reason for a refused answer; `force` rewrites "
-      "a\n"
-      "damaged data file (kept aside first).");
+      "to the answer `pgmdev hps add` would take as text, or to its value: an int in the\n"
+      "prompt's unit (0x20 is the ID 20 hex), a bool for a Y/N question. spi's siid is the\n"
+      "JEDEC ID with the first byte read as the lowest (20 BA 17 is 0x17BA20). TypeError for\n"
+      "another type, ValueError with the dialogue's reason for a refused answer; `force`\n"
+      "rewrites a damaged data file (kept aside first).");
   m.def(
       "hps_remove",
       [](const std::string& kind, long index, bool force) {

@@ -30,13 +30,10 @@ class USER_VALUE_CODEC : public PGMDEV_FLASH_MANAGER {
 class FLASH_SESSION {
  public:
   FLASH_SESSION& enter() {
-    cli::require_database_file("/programmer/pgm_flash.pcf", "flash database file");
-    // What the library prints about the user's definition goes to standard error, as the
-    // tool shows it.
-    const cli::LibraryMessages messages(
-        "the user flash definition in PGM_3RD_PARTY_FLASH_INI is not loaded; "
-        "pgmdev.flash_check says why");
-    m_manager = std::make_unique<PGMDEV_FLASH_MANAGER>(false, 1);
+    // A user definition that is set but refused is a RuntimeWarning with the reason.
+    m_manager = cli::open_flash_manager(1, [](const std::string& text) {
+      if (PyErr_WarnEx(PyExc_RuntimeWarning, text.c_str(), 1) != 0) throw py::error_already_set();
+    });
     return *this;
   }
   void exit(const py::args&) { m_manager.reset(); }
@@ -66,6 +63,16 @@ class FLASH_SESSION {
       found.append(to_python(cli::flash_record_json(manager.get_flash_database()[index])));
     }
     return found;
+  }
+
+  // Why no loaded record answers an identifier, or None when one does.
+  py::object explain(const std::string& id, bool silicon) {
+    PGMDEV_FLASH_MANAGER& manager = open();
+    const std::vector<BYTE> bytes = cli::parse_id(id);
+    BYTE read_out[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
+    std::copy(bytes.begin(), bytes.end(), read_out);
+    if (manager.flash_id_database_mapping(silicon, 0, read_out)) return py::none();
+    return to_python(cli::flash_explanation_json(manager.explain_unanswered_id(silicon, read_out)));
   }
 
  private:
@@ -145,7 +152,13 @@ void bind_flash(py::module_& m) {
                              "as dicts by column name.")
       .def("identify", &FLASH_SESSION::identify, py::kw_only(), py::arg("silicon") = false,
            "identify(*ids, silicon=False): for each identifier read-out (hex text such as\n"
-           "\"EF4018\", in the order the chip sends it) the record that answers it, or None.");
+           "\"EF4018\", in the order the chip sends it) the record that answers it, or None.")
+      .def("explain", &FLASH_SESSION::explain, py::arg("id"), py::kw_only(),
+           py::arg("silicon") = false,
+           "explain(id, silicon=False): why no loaded record answers the identifier, as\n"
+           "`pgmdev flash identify --json` says it: {'gated': [{'device_name', 'switch',\n"
+           "'meaning'}], 'refused': {'chip', 'reason'} or None, 'maker', 'text'}; None when\n"
+           "a record answers it.");
   m.def("flash_encode", &encode, py::arg("text"),
         "The configuration value that carries `text` (no seal is added: see flash_seal).");
   m.def("flash_decode", &decode, py::arg("value"),

@@ -4,7 +4,8 @@ set -euo pipefail
 
 packages=(
   cmake ninja-build g++ make
-  zlib1g-dev libssl-dev libboost-dev
+  zlib1g-dev nettle-dev libboost-dev
+  libssl-dev  # the tests' second reading of the digests, not the library
   libcli11-dev nlohmann-json3-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   clang libclang-rt-14-dev

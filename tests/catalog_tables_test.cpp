@@ -99,10 +99,10 @@ TEST(CatalogTables, IndexesFindOnlyWholeNames) {
   const auto& index = pgmdev::catalog::tables().part_index;
   const auto run = pgmdev::catalog::find_prefix(index, "ZQ160");
   size_t expected = 0;
-  for (const auto& entry : index) expected += entry.key.compare(0, 5, "ZQ160") == 0 ? 1 : 0;
+  for (const auto& entry : index) expected += entry.key.view().compare(0, 5, "ZQ160") == 0 ? 1 : 0;
   EXPECT_EQ(run.size(), expected);
   EXPECT_GT(run.size(), 1u);
-  for (const auto& entry : run) EXPECT_EQ(entry.key.substr(0, 5), "ZQ160");
+  for (const auto& entry : run) EXPECT_EQ(entry.key.view().substr(0, 5), "ZQ160");
 }
 
 }  // namespace

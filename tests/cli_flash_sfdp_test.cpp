@@ -34,7 +34,7 @@ std::vector<std::pair<std::string, std::string>> dumps() {
 
 TEST(CliFlashSfdp, EveryDumpsValuePassesTheCheckAndLoadsAsRecordZero) {
   const auto all = dumps();
-  ASSERT_EQ(all.size(), 37u);
+  ASSERT_EQ(all.size(), 40u);
   for (const auto& [file, id] : all) {
     SCOPED_TRACE(file);
     auto result =
@@ -82,6 +82,12 @@ TEST(CliFlashSfdp, BadDumpsAndIdentifiersAreRefusedClearly) {
   result = run_cli({"flash", "sfdp", DATA + "chips.tsv", "--id", "EF4018"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.err.find("chips.tsv: not a hex dump"), std::string::npos) << result.err;
+  // Binary junk: the byte is named, so no NUL or control byte cuts the message.
+  const std::string junk = testing::TempDir() + "junk_" + std::to_string(getpid()) + ".bin";
+  std::ofstream(junk, std::ios::binary) << std::string("ab\0cd", 5);
+  result = run_cli({"flash", "sfdp", junk, "--id", "EF4018"});
+  EXPECT_EQ(result.err, "pgmdev: " + junk + ": not a hex dump: byte 0x00 on line 1\n");
+  std::remove(junk.c_str());
   result = run_cli({"flash", "sfdp", DATA + "winbond_w25q80bl.hex", "--id", "EF40"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.err.find("not an identifier"), std::string::npos);
@@ -163,9 +169,13 @@ TEST(CliFlashAudit, ListsEachDisagreementAndFailsWhenThereIsOne) {
   result = run_cli({"flash", "audit", "--sfdp-dir", DATA, "--json"});
   EXPECT_EQ(result.exit_code, 0) << result.out << result.err;
   json document = json::parse(result.out);
-  EXPECT_EQ(document["dumps"], 37);
+  EXPECT_EQ(document["dumps"], 40);
   EXPECT_GE(document["pairs"].get<int>(), 20);
   EXPECT_TRUE(document["disagreements"].empty());
+  // The timing rule, each dump held out of its line: every one reached.
+  EXPECT_EQ(document["leave_one_out"]["held_out"], 25);
+  EXPECT_EQ(document["leave_one_out"]["not_reached"], 0);
+  EXPECT_LT(document["leave_one_out"]["largest_margin_needed"].get<double>(), 3.0);
 
   // The SST26 dump filed under the identifier of a uniform chip (the size follows Winbond's
   // capacity byte, the sector rule still holds).
@@ -183,8 +193,22 @@ TEST(CliFlashAudit, ListsEachDisagreementAndFailsWhenThereIsOne) {
   EXPECT_NE(result.out.find("1 dumps compared in 1 pairs, 1 disagreements"), std::string::npos);
   EXPECT_NE(result.err.find("1 disagreements"), std::string::npos);
 
-  result = run_cli({"flash", "audit", "--sfdp-dir", DATA + "missing"});
+  // Two chips filed in one line: a 1 Gbit chip's erase times are far beyond what the rule
+  // makes of a 64 Mbit SST26's, so holding it out fails.
+  fs::create_directories(folder);
+  fs::copy_file(DATA + "sst_sst26vf064b.hex", folder / "sst.hex");
+  fs::copy_file(DATA + "winbond_w25q01jvq.hex", folder / "big.hex");
+  std::ofstream(folder / "index.tsv")
+      << "file\tjedec_id\tline\nsst.hex\tbf2643\tTest L\nbig.hex\tef4021\tTest L\n";
+  result = run_cli({"flash", "audit", "--sfdp-dir", folder.string()});
+  fs::remove_all(folder);
   EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.out.find("big.hex        line (1 dumps)"), std::string::npos) << result.out;
+  EXPECT_NE(result.err.find("timing rule held out 2 dumps, 1 not reached"), std::string::npos)
+      << result.err;
+
+  result = run_cli({"flash", "audit", "--sfdp-dir", DATA + "missing"});
+  EXPECT_EQ(result.exit_code, 4);  // a file to read that is missing
   EXPECT_NE(result.err.find("cannot read"), std::string::npos);
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "cli_run.h"
@@ -28,6 +29,7 @@ class CliHps : public ::testing::Test {
   json list(const std::string& kind) {
     const auto result = run_cli({"hps", "list", kind, "--json"}, "", m_env);
     EXPECT_EQ(result.exit_code, 0) << result.err;
+    EXPECT_EQ(result.err, "");  // no warning of a damaged data file
     return json::parse(result.out);
   }
 
@@ -57,7 +59,9 @@ TEST_F(CliHps, AddListRemoveCycle) {
   ASSERT_EQ(micron.exit_code, 0) << micron.err;
   EXPECT_EQ(json::parse(micron.out)[0]["id"], "20BA17");
   for (const json& record : list("spi")) {
-    if (record["name"] == "QSPI_64") EXPECT_EQ(record["siid"], 0x17BA20);
+    if (record["name"] == "QSPI_64") {
+      EXPECT_EQ(record["siid"], 0x17BA20);
+    }
   }
   EXPECT_EQ(result.out.rfind("Added to the ", 0), 0u) << result.out;
   result = run_cli({"hps", "add", "NAND", "--json"}, "2C\n68\n4096\n", m_env);
@@ -108,6 +112,25 @@ TEST_F(CliHps, AddListRemoveCycle) {
   ASSERT_EQ(run_cli({"hps", "remove", "spi", "1"}, "", m_env).exit_code, 0);
   EXPECT_EQ(list("spi").size(), 27u);
   EXPECT_EQ(list("nand").size(), 10u);
+  // The file left by removing the last definition is taken as it is by the next edit.
+  result = run_cli({"hps", "add", "nand"}, "2C\n68\n4096\n", m_env);
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(list("nand").size(), 11u);
+}
+
+TEST_F(CliHps, ListWarnsOfASectionItCannotRead) {
+  ASSERT_EQ(run_cli({"hps", "add", "spi"}, SPI_ANSWERS, m_env).exit_code, 0);
+  ASSERT_EQ(run_cli({"hps", "add", "nand"}, "2C\n68\n4096\n", m_env).exit_code, 0);
+  std::string file = pgmdev::test::read_text(m_dir / "pgm_flash.ini");
+  file[44] ^= 1;  // the SPI section's signature, first in the file
+  std::ofstream(m_dir / "pgm_flash.ini", std::ios::binary | std::ios::trunc) << file;
+  auto result = run_cli({"hps", "list", "spi", "--json"}, "", m_env);
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(json::parse(result.out).size(), 27u);  // its user record is not read
+  EXPECT_EQ(result.err, "pgmdev: warning: " + (m_dir / "pgm_flash.ini").string() +
+                            " is not a valid flash INI data file: its HPS SPI section is not in "
+                            "this version's format; it was left as it is\n");
+  EXPECT_EQ(list("nand").size(), 11u);  // the other section reads, without a word
 }
 
 TEST_F(CliHps, UnfinishedDialogueWritesNothing) {

@@ -14,6 +14,8 @@
 #include <utility>
 #include <vector>
 
+#include "support.h"
+
 namespace pgmdev::test {
 
 struct CliResult {
@@ -28,13 +30,6 @@ struct CliEnv {
   std::string value;
   bool unset = false;
 };
-
-inline std::string read_whole_file(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
 
 inline std::string cli_path() {
 #ifdef PGMDEV_CLI_PATH
@@ -84,8 +79,8 @@ inline CliResult run_cli(const std::vector<std::string>& args, const std::string
   ::waitpid(child, &status, 0);
   CliResult result;
   result.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-  result.out = read_whole_file(dir / "out");
-  result.err = read_whole_file(dir / "err");
+  result.out = read_text(dir / "out");
+  result.err = read_text(dir / "err");
   fs::remove_all(dir);
   return result;
 }

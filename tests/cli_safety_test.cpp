@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -22,7 +23,7 @@ namespace {
 using nlohmann::json;
 using pgmdev::test::CliEnv;
 using pgmdev::test::CliResult;
-using pgmdev::test::read_whole_file;
+using pgmdev::test::read_text;
 using pgmdev::test::run_cli;
 namespace fs = std::filesystem;
 
@@ -78,7 +79,7 @@ class CliSafety : public ::testing::Test {
   // A data file with one NAND definition, made by the tool itself.
   std::string make_data_file() {
     EXPECT_EQ(run_cli({"hps", "add", "nand"}, NAND_ANSWERS, m_env).exit_code, 0);
-    return read_whole_file(m_ini);
+    return read_text(m_ini);
   }
   void put_ini(const std::string& bytes) {
     fs::remove(m_ini);
@@ -118,7 +119,7 @@ TEST_F(CliSafety, DamagedDataFileIsNeverThrownAway) {
       EXPECT_EQ(result.exit_code, 1) << what;
       EXPECT_EQ(result.err.rfind(prefix, 0), 0u) << what << ": " << result.err;
       EXPECT_TRUE(contains(result.err, "; it was left as it is\n")) << what << ": " << result.err;
-      EXPECT_EQ(read_whole_file(m_ini), bytes) << what;
+      EXPECT_EQ(read_text(m_ini), bytes) << what;
     }
     const CliResult listed = run_cli({"hps", "list", "nand", "--json"}, "", m_env);
     EXPECT_EQ(listed.exit_code, 0) << what;
@@ -138,7 +139,7 @@ TEST_F(CliSafety, DamagedDataFileIsNeverThrownAway) {
     if (contains(entry.path().filename().string(), "pgm_flash.ini.bad-")) kept.push_back(entry);
   }
   ASSERT_EQ(kept.size(), 1u);
-  EXPECT_EQ(read_whole_file(kept[0]), table);
+  EXPECT_EQ(read_text(kept[0]), table);
   EXPECT_TRUE(contains(forced.err, "kept it as " + kept[0].string()));
   const CliResult listed = run_cli({"hps", "list", "nand", "--json"}, "", m_env);
   EXPECT_EQ(listed.err, "");
@@ -152,20 +153,20 @@ TEST_F(CliSafety, DataFileThroughLinksFifosAndReadOnly) {
   ASSERT_EQ(run_cli({"hps", "add", "nand"}, NAND_ANSWERS, m_env).exit_code, 0);
   EXPECT_TRUE(fs::is_symlink(m_ini));
   EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(real)));
-  const std::string one = read_whole_file(real);
+  const std::string one = read_text(real);
   ASSERT_EQ(run_cli({"hps", "add", "nand"}, NAND_ANSWERS, m_env).exit_code, 0);
   EXPECT_TRUE(fs::is_symlink(m_ini));
-  EXPECT_GT(read_whole_file(real).size(), one.size());
+  EXPECT_GT(read_text(real).size(), one.size());
 
   // A read-only file is never replaced, even by root in a writable folder.
   fs::remove(m_ini);
   fs::rename(real, m_ini);
-  const std::string before = read_whole_file(m_ini);
+  const std::string before = read_text(m_ini);
   ::chmod(m_ini.c_str(), 0444);
   CliResult result = run_cli({"hps", "remove", "nand", "1"}, "", m_env);
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.err, "pgmdev: " + m_ini.string() + " is read-only; it was left as it is\n");
-  EXPECT_EQ(read_whole_file(m_ini), before);
+  EXPECT_EQ(read_text(m_ini), before);
   ::chmod(m_ini.c_str(), 0644);
 
   // A FIFO: nothing blocks, nothing replaces it.
@@ -215,7 +216,7 @@ TEST_F(CliSafety, GeneratorsReplaceOnlyRegularFiles) {
       run_cli({"generate", "flash", (SOURCE / "data" / "pgm_flash.csv").string(), old.string()});
   EXPECT_EQ(result.exit_code, 4);
   EXPECT_TRUE(contains(result.err, old.string() + " is read-only; it was left as it is"));
-  EXPECT_EQ(read_whole_file(old), "old");
+  EXPECT_EQ(read_text(old), "old");
 
   // A missing output folder is made.
   const fs::path deep = m_dir / "new" / "programmer" / "pgm_flash.pcf";
@@ -229,7 +230,7 @@ TEST_F(CliSafety, GeneratorsReplaceOnlyRegularFiles) {
 TEST_F(CliSafety, GeneratorsRefuseWhatTheirLoaderRefuses) {
   // A second default record for a chip: the new file would not load, so it never lands.
   const fs::path out = generated_flash("pgm_flash.pcf");
-  const std::string before = read_whole_file(out);
+  const std::string before = read_text(out);
   std::ifstream in(SOURCE / "data" / "pgm_flash.csv");
   std::vector<std::string> lines;
   for (std::string line; std::getline(in, line);) lines.push_back(line);
@@ -248,7 +249,7 @@ TEST_F(CliSafety, GeneratorsRefuseWhatTheirLoaderRefuses) {
       << result.err;
   EXPECT_TRUE(contains(result.err, "!one_default")) << result.err;
   EXPECT_TRUE(contains(result.err, out.string() + " was not replaced")) << result.err;
-  EXPECT_EQ(read_whole_file(out), before);
+  EXPECT_EQ(read_text(out), before);
   EXPECT_EQ(leftovers(m_dir), std::vector<std::string>());
 
   // generate all with that table leaves the whole old tree as it was.
@@ -271,7 +272,7 @@ TEST_F(CliSafety, GeneratorsRefuseWhatTheirLoaderRefuses) {
   EXPECT_EQ(all.exit_code, 1);
   EXPECT_TRUE(contains(all.err, "the tree " + tree.string() + " was left as it was")) << all.err;
   for (const fs::path& file : files) {
-    EXPECT_EQ(read_whole_file(file), "old " + file.filename().string());
+    EXPECT_EQ(read_text(file), "old " + file.filename().string());
   }
   EXPECT_EQ(leftovers(m_dir), std::vector<std::string>());
 }
@@ -287,6 +288,23 @@ TEST_F(CliSafety, FifoAsDatabaseDoesNotHang) {
     const CliResult result = run_limited(command, env, {});
     EXPECT_NE(result.exit_code, 0) << command[0];
     EXPECT_NE(result.exit_code, 128 + SIGALRM) << command[0] << " hung";
+    EXPECT_TRUE(contains(result.err, "is a FIFO, not a regular file")) << result.err;
+  }
+  // The same for an SFDP dump, an audit's index.tsv and a dump that index names.
+  const fs::path dump = m_dir / "dump.hex", index_dir = m_dir / "index",
+                 dumps_dir = m_dir / "dumps";
+  ASSERT_EQ(::mkfifo(dump.c_str(), 0644), 0);
+  fs::create_directories(index_dir);
+  ASSERT_EQ(::mkfifo((index_dir / "index.tsv").c_str(), 0644), 0);
+  fs::create_directories(dumps_dir);
+  std::ofstream(dumps_dir / "index.tsv") << "file\tjedec_id\n../dump.hex\tef4018\n";
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"flash", "sfdp", dump.string(), "--id", "EF4018"},
+        {"flash", "define", "--sfdp", dump.string(), "--id", "EF4018"},
+        {"flash", "audit", "--sfdp-dir", index_dir.string()},
+        {"flash", "audit", "--sfdp-dir", dumps_dir.string()}}) {
+    const CliResult result = run_limited(command, {}, {});
+    EXPECT_EQ(result.exit_code, 4) << command.back() << " hung or failed otherwise";
     EXPECT_TRUE(contains(result.err, "is a FIFO, not a regular file")) << result.err;
   }
 }
@@ -306,14 +324,15 @@ TEST_F(CliSafety, FullDiskAndFullOutput) {
                   {}, {"", 1000});
   EXPECT_EQ(result.exit_code, 4);
   // One line says what failed and why, one that the old file stands.
-  EXPECT_EQ(result.err, "pgmdev: cannot write the database file " + out.string() +
-                            "; check that it is a regular file in a folder you can write "
-                            "(cannot write " +
-                            out.string() +
-                            ": File too large; pgm/pgmdev/pgmdev_flash_manager line 144)\n"
-                            "pgmdev: " +
-                            out.string() + " was not replaced\n");
-  EXPECT_EQ(read_whole_file(out), "old");
+  const std::string said = "pgmdev: cannot write the database file " + out.string() +
+                           "; check that it is a regular file in a folder you can write "
+                           "(cannot write " +
+                           out.string() + ": File too large; pgm/pgmdev/pgmdev_flash_manager line ";
+  const std::string closing = ")\npgmdev: " + out.string() + " was not replaced\n";
+  EXPECT_EQ(result.err.rfind(said, 0), 0u) << result.err;
+  EXPECT_EQ(result.err.find(closing), result.err.size() - closing.size()) << result.err;
+  EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 2) << result.err;
+  EXPECT_EQ(read_text(out), "old");
   EXPECT_EQ(leftovers(m_dir), std::vector<std::string>());
 }
 
@@ -328,7 +347,7 @@ TEST_F(CliSafety, GenerateAllUnderEveryFault) {
       "generate", "all", "--data", (SOURCE / "data").string(), "--out", tree.string()};
   ASSERT_EQ(run_cli(args).exit_code, 0);
   std::vector<std::string> fresh;
-  for (const fs::path& file : files) fresh.push_back(read_whole_file(file));
+  for (const fs::path& file : files) fresh.push_back(read_text(file));
   const auto put_old = [&] {
     for (const fs::path& file : files) std::ofstream(file, std::ios::trunc) << "old";
   };
@@ -360,7 +379,7 @@ TEST_F(CliSafety, GenerateAllUnderEveryFault) {
         EXPECT_FALSE(contains(result.err, "warning")) << where << ": " << result.err;
       }
       for (size_t i = 0; i < files.size(); ++i) {
-        EXPECT_EQ(read_whole_file(files[i]), result.exit_code == 0 ? fresh[i] : "old") << where;
+        EXPECT_EQ(read_text(files[i]), result.exit_code == 0 ? fresh[i] : "old") << where;
       }
       // A whole new tree whose old copy could not be removed names that copy; it may go.
       for (const std::string& left : leftovers(m_dir)) {
@@ -372,7 +391,7 @@ TEST_F(CliSafety, GenerateAllUnderEveryFault) {
   }
   call -= 1;  // the first call past the end
   EXPECT_GT(call, 20);
-  for (size_t i = 0; i < files.size(); ++i) EXPECT_EQ(read_whole_file(files[i]), fresh[i]);
+  for (size_t i = 0; i < files.size(); ++i) EXPECT_EQ(read_text(files[i]), fresh[i]);
   std::cout << "[ walk     ] generate all: " << call - 1 << " calls x 4 errors = " << (call - 1) * 4
             << " failed runs\n";
 }

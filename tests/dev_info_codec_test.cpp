@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "internal_error_support.h"
-#include "pgm_msg.h"
 #include "base/pgmdev_check.h"
 #include "codec/pgmdev_db_codec.h"
+#include "internal_error_support.h"
+#include "pgm_msg.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "internal_error_support.h"
-#include "pgm_msg.h"
 #include "base/pgmdev_check.h"
 #include "codec/pgmdev_db_container.h"
+#include "internal_error_support.h"
+#include "pgm_msg.h"
 
 namespace {
 

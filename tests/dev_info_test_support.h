@@ -10,15 +10,16 @@
 #include <string>
 #include <vector>
 
+#include "base/pgmdev_check.h"
+#include "codec/pgmdev_db_container.h"
 #include "internal_error_support.h"
 #include "pgm_cfg.h"
 #include "pgm_common.h"
 #include "pgm_msg.h"
 #include "pgm_text.h"
 #include "pgmdev_build_config.h"
-#include "base/pgmdev_check.h"
-#include "codec/pgmdev_db_container.h"
 #include "pgmdev_dev_info_manager.h"
+#include "support.h"
 
 namespace dev_info_test {
 
@@ -40,15 +41,8 @@ inline void write_lines(const std::string& path, const std::vector<std::string>&
   for (const std::string& line : lines) output << line << "\n";
 }
 
-inline std::vector<BYTE> read_bytes(const std::string& path) {
-  std::ifstream input(path, std::ios::binary);
-  return std::vector<BYTE>(std::istreambuf_iterator<char>(input), {});
-}
-
-inline void write_bytes(const std::string& path, const std::vector<BYTE>& bytes) {
-  std::ofstream(path, std::ios::binary)
-      .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-}
+using pgmdev::test::read_bytes;
+using pgmdev::test::write_bytes;
 
 inline std::vector<std::string> cells_of(const std::string& line) {
   return QTL_TOKENIZER::split(line, " \t\n,");

@@ -19,6 +19,7 @@
 #include "pgmdev_file_set.h"
 #include "pgmdev_flash_ini.h"
 #include "platform.h"
+#include "support.h"
 
 namespace {
 
@@ -29,15 +30,11 @@ using FILES = std::map<std::string, BYTES>;
 const int ERRORS[] = {EIO, ENOSPC, EFBIG, EACCES};
 const BYTES MISSING = {'-', 'n', 'o', 'n', 'e', '-'};
 
-BYTES read_bytes(const fs::path& path) {
-  if (!fs::exists(path)) return MISSING;
-  std::ifstream in(path, std::ios::binary);
-  return BYTES(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
+using pgmdev::test::write_bytes;
 
-void write_bytes(const fs::path& path, const BYTES& bytes) {
-  std::ofstream(path, std::ios::binary | std::ios::trunc)
-      .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+// A file's bytes, or MISSING when there is no file.
+BYTES read_bytes(const fs::path& path) {
+  return fs::exists(path) ? pgmdev::test::read_bytes(path) : MISSING;
 }
 
 // What a writer may leave beside its files when it fails to clean up.

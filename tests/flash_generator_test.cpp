@@ -33,6 +33,29 @@ TEST_F(FlashGenerator, RefusesBadCellsWithoutWritingAFile) {
   // refuses, so nothing is written.
   EXPECT_EQ(error_generating({{"device_name", std::string(256, 'N')}}),
             "type == PGMDEV_MANAGER_BOOL");
+  // Values that would load into a chip no read-out answers, or with no size or time.
+  const std::pair<std::map<std::string, std::string>, const char*> useless[] = {
+      {{{"memory_id", "0x00"}}, "memory_id != 0"},
+      {{{"memory_id_index", "5"}}, "memory_id_index <= 2"},
+      {{{"memory_type_index", "2"}},
+       "memory_type_index == 0xFF || (memory_type_index <= 2 && "
+       "memory_type_index != memory_id_index)"},
+      {{{"mfc_id_index", "0xFF"}},
+       "mfc_id_index <= 2 && mfc_id_index != memory_id_index && "
+       "mfc_id_index != memory_type_index"},
+      {{{"mfc_id_index", "1"}},
+       "mfc_id_index <= 2 && mfc_id_index != memory_id_index && "
+       "mfc_id_index != memory_type_index"},
+      {{{"die_count", "0"}}, "die_count != 0"},
+      {{{"device_bit_size", "0"}}, "device_bit_size != 0"},
+      {{{"device_sector_byte", "0"}}, "device_sector_byte != 0"},
+      {{{"bulk_erase_time", "0"}}, "bulk_erase_time != 0"},
+      {{{"sec_erase_time", "0"}}, "sec_erase_time != 0"},
+      {{{"program_utime", "0"}}, "program_utime != 0"},
+  };
+  for (const auto& [changes, condition] : useless) {
+    EXPECT_EQ(error_generating(changes), condition) << changes.begin()->first;
+  }
   EXPECT_EQ(error_generating(table_head()), "status && device_count > 0");
   EXPECT_FALSE(fs::exists(pcf_path()));
   EXPECT_EQ(
@@ -40,6 +63,8 @@ TEST_F(FlashGenerator, RefusesBadCellsWithoutWritingAFile) {
         PGMDEV_FLASH_MANAGER(false, 0, true).generate_flash_database("missing.csv", pcf_path());
       }),
       "status && device_count > 0");
+  // A silicon-ID record compares only its memory ID.
+  EXPECT_EQ(error_generating({{"silicon_id", "TRUE"}, {"mfc_id_index", "0xFF"}}), "");
 }
 
 TEST_F(FlashGenerator, HeadRowsAreChecked) {

@@ -35,6 +35,14 @@ TEST_F(FlashIniFile, WritesKeepTheTableLayout) {
   ASSERT_TRUE(write_section(PGMDEV_FLASH_INI_HPS_SPI, {}));
   EXPECT_EQ(read_bytes(m_path), make_file({{44, 5}, {0, 0}, {0, 0}}, five));
   EXPECT_EQ(read_bytes(m_path).size(), 49u);
+
+  // Removing the last section leaves the bare table: no sections, yet no damaged file.
+  ASSERT_TRUE(write_section(PGMDEV_FLASH_INI_SFL_FLASH, {}));
+  EXPECT_EQ(read_bytes(m_path), make_file({{0, 0}, {0, 0}, {0, 0}}, {}));
+  std::string reason;
+  EXPECT_TRUE(FI::check_flash_ini_file(reason)) << reason;
+  write_bytes(m_path, make_file({{0, 0}, {0, 0}, {0, 1}}, {}));
+  EXPECT_FALSE(FI::check_flash_ini_file(reason));
 }
 
 TEST_F(FlashIniFile, SectionOutOfRangeLeavesTheFileAlone) {

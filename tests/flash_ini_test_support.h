@@ -17,6 +17,7 @@
 #include "pgmdev_flash_ini.h"
 #include "pgmdev_hps_mgr.h"
 #include "platform.h"
+#include "support.h"
 
 namespace flash_ini_test {
 
@@ -34,16 +35,8 @@ inline std::string make_temp_folder(const char* tag) {
   return pattern;
 }
 
-inline BYTES read_bytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return BYTES(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-inline void write_bytes(const std::string& path, const BYTES& bytes) {
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  out.write(reinterpret_cast<const char*>(bytes.data()),
-            static_cast<std::streamsize>(bytes.size()));
-}
+using pgmdev::test::read_bytes;
+using pgmdev::test::write_bytes;
 
 inline void put_dword(BYTES& bytes, DWORD value) {
   for (int i = 0; i < 4; ++i) bytes.push_back(static_cast<BYTE>(value >> (8 * i)));

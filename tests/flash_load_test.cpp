@@ -128,8 +128,7 @@ TEST_F(FlashLoad, IdentificationRules) {
   generate_records(
       {record("ANY_TYPE", "EF0018", {{"memory_type_index", "0xFF"}}), record("SHADOWED", "EF4018"),
        record("SILICON", "001400",
-              {{"silicon_id", "TRUE"}, {"memory_id", "0x14"}, {"memory_id_index", "1"}}),
-       record("BAD_POSITION", "C24018", {{"mfc_id_index", "0xFF"}})});
+              {{"silicon_id", "TRUE"}, {"memory_id", "0x14"}, {"memory_id_index", "1"}})});
   PGMDEV_FLASH_MANAGER manager(false, 3);
   std::vector<std::string> debug;
   msg_set_debug_hook(
@@ -141,8 +140,17 @@ TEST_F(FlashLoad, IdentificationRules) {
   EXPECT_TRUE(manager.flash_id_database_mapping(true, 1, id_bytes("771400").data()));
   EXPECT_EQ(manager.sfl_get_device_name(1), "SILICON");
   EXPECT_FALSE(manager.flash_id_database_mapping(false, 1, id_bytes("771400").data()));
-  // A manufacturer position outside the three bytes never matches (and is never read).
-  EXPECT_FALSE(manager.flash_id_database_mapping(false, 2, id_bytes("C24018").data()));
+  // A manufacturer position outside the three bytes never matches (and is never read): the
+  // user's record may hold 255 there (the table may not).
+  const std::string text =
+      "@ACME@BAD_POSITION@0@24@2@64@1@194@255@32@1@NONE@0@0@0@0@0@0@1@134217728@65536@0@0@200@3@"
+      "3000@28@28@0@6@32@0@3.3V@";
+  cfg_set_value(PGMDEV_FLASH_MANAGER::USER_FLASH_KEY,
+                PROBE::encode_ini(text + "#" + PROBE::gen_ini_password(text) + ";"));
+  PGMDEV_FLASH_MANAGER with_user(false, 1);
+  cfg_unset_value(PGMDEV_FLASH_MANAGER::USER_FLASH_KEY);
+  ASSERT_EQ(with_user.get_flash_database()[0].device_name, "BAD_POSITION");
+  EXPECT_FALSE(with_user.flash_id_database_mapping(false, 0, id_bytes("C24018").data()));
   EXPECT_EQ(manager.get_flash_mapping_index(1, true), INVALID_DWORD);
   EXPECT_EQ(internal_error_of([&] { manager.get_flash_mapping_index(1, false); }),
             "index != INVALID_DWORD");

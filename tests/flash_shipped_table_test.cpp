@@ -97,7 +97,7 @@ TEST_F(FlashShippedTable, RecordsAreConsistentWithTheirBytes) {
 TEST_F(FlashShippedTable, EveryChipIsIdentifiedFromItsRealBytes) {
   PGMDEV_FLASH_MANAGER manager(false, 1);
   const std::vector<CHIP> chips = facts();
-  ASSERT_EQ(chips.size(), 122u);
+  ASSERT_EQ(chips.size(), 129u);
   for (const CHIP& chip : chips) {
     ASSERT_TRUE(manager.flash_id_database_mapping(false, 0, chip.id.data())) << chip.part;
     EXPECT_TRUE(names_part(manager.sfl_get_device_name(0), chip.part))
@@ -115,12 +115,46 @@ TEST_F(FlashShippedTable, GatedChipsNeedTheirSwitch) {
   PGMDEV_FLASH_MANAGER off(false, 1);
   EXPECT_FALSE(off.flash_id_database_mapping(false, 0, stacked.data()));
   EXPECT_FALSE(off.flash_id_database_mapping(false, 0, unverified.data()));
+  const PGMDEV_FLASH_ID_EXPLANATION why = off.explain_unanswered_id(false, stacked.data());
+  ASSERT_EQ(why.gated.size(), 1u);
+  EXPECT_EQ(why.gated[0].device_name, "W25M512JV");
+  EXPECT_EQ(why.gated[0].switch_name, "PGM_ALLOW_DIE_SELECT");
+  EXPECT_EQ(why.gated[0].meaning, PGMDEV_FLASH_MANAGER::gate_meaning("die_select"));
   cfg_set_value("PGM_ALLOW_DIE_SELECT", "1");
   PGMDEV_FLASH_MANAGER on(false, 1);
   EXPECT_TRUE(on.flash_id_database_mapping(false, 0, stacked.data()));
   EXPECT_EQ(on.sfl_get_device_name(0), "W25M512JV");
   EXPECT_FALSE(on.flash_id_database_mapping(false, 0, unverified.data()));
   EXPECT_LT(off.get_flash_count(), on.get_flash_count());
+}
+
+// The identifiers of the chip table of a widely used open FPGA programmer (openFPGALoader,
+// src/spiFlashdb.hpp, 43 in the version read): each answers a record, or says which gated record
+// would and its switch, or why the chip stays out.
+TEST_F(FlashShippedTable, EveryChipOfAnOpenProgrammersTableAnswersOrSaysWhy) {
+  const char* const IDS[] = {
+      "010216", "010219", "010220", "012018", "016018", "016019", "0B4016", "202014", "202015",
+      "202016", "20BA16", "20BA17", "20BA18", "20BA19", "20BB18", "20BB19", "20BB21", "20BB22",
+      "9D6016", "9D6017", "9D6018", "9D6019", "BA6015", "BF258D", "BF2642", "BF2643", "C22016",
+      "C22018", "C22019", "C2201A", "C22537", "C22817", "C22314", "EF4014", "EF4015", "EF4016",
+      "EF4017", "EF4018", "6BBB14", "6BBB15", "6BBB16", "6BBB17", "1F4216"};
+  for (const char* gate : {"DIE_SELECT", "UNVERIFIED", "SECTOR_64K"})
+    cfg_unset_value(std::string("PGM_ALLOW_") + gate);
+  PGMDEV_FLASH_MANAGER manager(false, 1);
+  size_t answered = 0, gated = 0, refused = 0;
+  for (const char* text : IDS) {
+    const std::vector<BYTE> id = id_bytes(text);
+    if (manager.flash_id_database_mapping(false, 0, id.data())) {
+      ++answered;
+      continue;
+    }
+    const PGMDEV_FLASH_ID_EXPLANATION why = manager.explain_unanswered_id(false, id.data());
+    EXPECT_TRUE(!why.gated.empty() || !why.refused_reason.empty()) << text << ": " << why.text;
+    gated += why.gated.empty() ? 0 : 1;
+    refused += why.refused_reason.empty() ? 0 : 1;
+  }
+  EXPECT_EQ(answered + gated + refused, 43u);
+  EXPECT_EQ(refused, 5u);  // four Everspin MRAMs and ZD25WQ16C
 }
 
 // Identifiers more than one chip answers: the record that answers, and its safe values.

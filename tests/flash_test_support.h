@@ -12,11 +12,11 @@
 #include <string>
 #include <vector>
 
+#include "flash/pgmdev_flash_columns.h"
 #include "internal_error_support.h"
 #include "pgm_cfg.h"
 #include "pgm_msg.h"
 #include "pgm_text.h"
-#include "flash/pgmdev_flash_columns.h"
 #include "pgmdev_flash_manager.h"
 
 namespace flash_test {

@@ -3,9 +3,9 @@
 
 #include <cstring>
 
+#include "hps/pgmdev_hps_table_data.h"
 #include "internal_error_support.h"
 #include "pgmdev_hps_mgr.h"
-#include "hps/pgmdev_hps_table_data.h"
 #include "platform.h"
 
 namespace {

@@ -1,9 +1,9 @@
 // Mutation runs over the two shipped database files: the whole file and its inflated body.
+#include "base/pgmdev_check.h"
+#include "codec/pgmdev_db_container.h"
 #include "mutation_support.h"
 #include "pgm_cfg.h"
 #include "pgmdev_build_config.h"
-#include "base/pgmdev_check.h"
-#include "codec/pgmdev_db_container.h"
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_flash_manager.h"
 

@@ -3,11 +3,11 @@
 #include <memory>
 
 #include "flash_ini_test_support.h"
+#include "hps/pgmdev_hps_builtin.h"
 #include "mutation_support.h"
 #include "pgm_cfg.h"
 #include "pgmdev_flash_ini.h"
 #include "pgmdev_flash_manager.h"
-#include "hps/pgmdev_hps_builtin.h"
 #include "pgmdev_hps_mgr.h"
 
 namespace {

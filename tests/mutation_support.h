@@ -21,6 +21,7 @@
 
 #include "pgm_msg.h"
 #include "pgm_types.h"
+#include "support.h"
 
 namespace mutation {
 
@@ -32,37 +33,12 @@ constexpr unsigned SEED = 20261122;
 constexpr size_t MUTANTS = 1000;
 constexpr size_t TRUNCATION_LIMIT = 4096;
 
-inline BYTES read_bytes(const fs::path& path) {
-  std::ifstream input(path, std::ios::binary);
-  return BYTES(std::istreambuf_iterator<char>(input), {});
-}
-
-inline void write_bytes(const fs::path& path, const BYTES& bytes) {
-  std::ofstream(path, std::ios::binary)
-      .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-}
+using pgmdev::test::read_bytes;
+using pgmdev::test::write_bytes;
 
 // A private scratch folder per test process, removed when the process ends.
-class SCRATCH_DIR {
- public:
-  SCRATCH_DIR()
-      : m_path(fs::temp_directory_path() / ("pgmdev_mutation_" + std::to_string(::getpid()))) {
-    fs::create_directories(m_path);
-  }
-  ~SCRATCH_DIR() {
-    std::error_code ignored;
-    fs::remove_all(m_path, ignored);
-  }
-  SCRATCH_DIR(const SCRATCH_DIR&) = delete;
-  SCRATCH_DIR& operator=(const SCRATCH_DIR&) = delete;
-  const fs::path& path() const { return m_path; }
-
- private:
-  fs::path m_path;
-};
-
 inline fs::path scratch_dir() {
-  static const SCRATCH_DIR dir;
+  static const pgmdev::test::ScratchDir dir("mutation");
   return dir.path();
 }
 

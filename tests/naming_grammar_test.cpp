@@ -4,12 +4,12 @@
 
 #include <set>
 
+#include "naming/pgmdev_grammar_lookup.h"
+#include "naming/pgmdev_naming_db.h"
 #include "naming_test_support.h"
 #include "pgm_cfg.h"
 #include "pgmdev_ddb_mgr.h"
-#include "naming/pgmdev_grammar_lookup.h"
 #include "pgmdev_mgr.h"
-#include "naming/pgmdev_naming_db.h"
 
 namespace {
 

@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "naming_test_support.h"
+#include "support.h"
 
 namespace {
 
@@ -17,12 +18,7 @@ namespace fs = std::filesystem;
 const char* SECTION_FILES[] = {"package_name", "pgm_name",       "pgm_part_pcf",   "pgm_family_pcf",
                                "dev_part_pcf", "dev_family_pcf", "pcf_family_pcf", "family"};
 
-std::string read_text(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
+using pgmdev::test::read_text;
 
 class NamingPacker : public ::testing::Test {
  protected:

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "internal_error_support.h"
+#include "naming/pgmdev_naming_codec.h"
 #include "pgm_msg.h"
 #include "pgm_zlib.h"
-#include "naming/pgmdev_naming_codec.h"
 
 namespace naming_test {
 

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <vector>
 
+#include "pgm_zlib.h"
 #include "platform.h"
 
 namespace {

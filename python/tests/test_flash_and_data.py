@@ -33,6 +33,16 @@ def test_flash_manager_records_and_identify_agree_with_the_tool():
     assert found[-1] is None
 
 
+def test_explain_says_why_as_the_tool_does():
+    with pgmdev.FlashManager() as flash:
+        assert flash.explain("EF4018") is None
+        gated, refused = flash.explain("010219"), flash.explain("6BBB14")
+    assert gated == tool_json("flash", "identify", "--device-id", "010219",
+                              refused=True)[0]["explanation"]
+    assert gated["gated"][0]["switch"] == "PGM_ALLOW_SECTOR_64K"
+    assert refused["refused"]["chip"] == "Everspin EM008LX"
+
+
 def test_flash_manager_is_usable_only_inside_its_with_block():
     flash = pgmdev.FlashManager()
     with pytest.raises(ValueError, match="with block"):
@@ -81,7 +91,7 @@ def test_sfdp_and_the_user_value_agree_with_the_tool(dump):
     assert verdict["loads"] and verdict["record"] == upper
 
 
-def test_check_gives_the_reason_a_value_is_refused():
+def test_check_gives_the_reason_a_value_is_refused(monkeypatch):
     # The dialogue takes a protection divisor of 20, which the loader refuses.
     answers = ("1\nAcme\nAC25Q128\nEF\n2\n40\n1\n1\n0\nY\nN\nN\nN\nN\nN\n1\n128\n64\n200\n3\n"
                "3000\n1C\n1C\n0\n20\n-1\nN\n3.3V\n")
@@ -94,6 +104,12 @@ def test_check_gives_the_reason_a_value_is_refused():
     assert verdict == tool_json("flash", "check", broken, refused=True)
     unsealed = pgmdev.flash_encode(pgmdev.flash_decode(broken).split("#")[0])
     assert pgmdev.flash_check(unsealed)["refused_at"] == "seal"
+    # A value set for the flash manager and refused is a warning with the same reason.
+    monkeypatch.setenv("PGM_3RD_PARTY_FLASH_INI", unsealed)
+    with pytest.warns(RuntimeWarning, match="PGM_3RD_PARTY_FLASH_INI is not loaded: the text has "
+                                            "no '#PASSWORD;' seal"):
+        with pgmdev.FlashManager():
+            pass
     with pytest.raises(ValueError, match="does not decode"):
         pgmdev.flash_decode("not a value")
 
@@ -143,6 +159,24 @@ def test_refused_hps_answers_say_why(user_folder):
     assert not (user_folder / "pgm_flash.ini").exists()
 
 
+def test_hps_answers_are_values_of_their_type(user_folder):
+    # An int is the value itself, in the prompt's unit: 0x20 is not the text "32".
+    pgmdev.hps_add("nand", {"manufacturer_id": 0x20, "device_id": 0x10, "flash_byte_size": 256})
+    first = pgmdev.hps_list("nand")[0]
+    assert (first["manufacturer_id"], first["device_id"]) == (0x20, 0x10)
+    assert first["flash_byte_size"] == 256 << 20
+    for key, value in (("device_id", 1.5), ("device_id", None), ("device_id", True),
+                       ("flash_byte_size", [256])):
+        with pytest.raises(TypeError, match=key):
+            pgmdev.hps_add("nand", dict(NAND, **{key: value}))
+    with pytest.raises(ValueError, match="device_id"):
+        pgmdev.hps_add("nand", dict(NAND, device_id=-1))
+    # Removing the last definition leaves a file the next edit takes without force.
+    assert pgmdev.hps_remove("nand", 1) == 0
+    pgmdev.hps_add("nand", NAND)
+    assert pgmdev.hps_list("nand")[0]["device_id"] == 0xDA
+
+
 def test_generators_write_what_the_tool_writes(tmp_path):
     data = os.path.join(SOURCE_DIR, "data")
     pgmdev.generate_flash(os.path.join(data, "pgm_flash.csv"), str(tmp_path / "a" / "flash.pcf"))
@@ -169,7 +203,8 @@ def test_a_corrupt_database_raises_internal_error(tmp_path, monkeypatch):
     assert error.condition and error.module and error.line > 0
     code, _, err = run_tool("device", "--part", "ZQ160M8C6")
     assert code == 4 and f"pgmdev: warning: {error}\n" in err
-    assert str(tmp_path) in str(error) and error.condition in str(error)
+    # Another file in its place is said by its magic, not by the long condition.
+    assert str(tmp_path) in str(error) and "is not a device information file (magic" in str(error)
 
 
 def test_a_broken_table_is_a_value_error_as_the_tool_reports_it(tmp_path):

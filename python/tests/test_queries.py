@@ -1,6 +1,7 @@
 # Names, OPN slots, the catalogue and device records from the module, held against the
 # tool's --json answers over a sample of the shipped data.
 import os
+import warnings
 
 import pgmdev
 import pytest
@@ -90,6 +91,17 @@ def test_a_question_without_a_name_is_a_value_error(monkeypatch, tmp_path):
     assert str(raised.value) == tool_error("device", "--part", "ZQ160M8C6")
 
 
+def test_an_unusable_configuration_file_is_a_warning_said_once(monkeypatch, tmp_path):
+    missing = tmp_path / "none.ini"
+    monkeypatch.setenv("PGMDEV_CONFIG_FILE", str(missing))
+    with pytest.warns(RuntimeWarning, match=f"configuration file {missing} named by "
+                                            "PGMDEV_CONFIG_FILE is missing"):
+        pgmdev.paths()
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        pgmdev.paths()
+
+
 def test_bad_opn_hash_text_is_a_value_error_and_good_text_a_hash():
     with pytest.raises(ValueError) as raised:
         pgmdev.opn(hash="XYZ")
@@ -99,6 +111,16 @@ def test_bad_opn_hash_text_is_a_value_error_and_good_text_a_hash():
     slot = next(p for p in PARTS if pgmdev.name(p["part"])["opn_hash"])
     text = pgmdev.name(slot["part"])["opn_hash"]
     assert pgmdev.opn(hash=text.lower()) == tool_json("opn", "--hash", text)
+    # A hash is 48 bits: a wider one is refused, not cut to the slot of its low 48 bits.
+    wide = "FFFF" + text[2:]
+    for call in (lambda: pgmdev.opn(hash=int(wide, 16)), lambda: pgmdev.opn(hash=wide),
+                 lambda: pgmdev.part_of_hash(int(wide, 16))):
+        with pytest.raises(ValueError) as raised:
+            call()
+        assert str(raised.value) == tool_error("opn", "--hash", wide)
+    for hash in (-1, 1 << 64):
+        with pytest.raises(ValueError, match="not an OPN hash"):
+            pgmdev.opn(hash=hash)
 
 
 def test_the_stubs_and_the_docstrings_cover_the_module():

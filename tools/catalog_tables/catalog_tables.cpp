@@ -88,16 +88,40 @@ std::string upper(std::string text) {
   return text;
 }
 
-// A C++ string literal; names hold printable ASCII only (checked), so escaping is simple.
-std::string literal(const std::string& text) {
-  std::string out = "{\"";
-  for (char c : text) {
-    if (c < 0x20 || c > 0x7E) throw std::runtime_error("name with a control byte: " + text);
-    if (c == '"' || c == '\\' || c == '?') out.push_back('\\');
-    out.push_back(c);
+// Every name the rows and indexes hold, once each, in one character array; a row refers to
+// a name by offset and size, so the compiled tables hold no pointer to relocate at load.
+class TextPool {
+ public:
+  // `{offset, size}` of `text` in the pool, added when new. Names hold printable ASCII only
+  // (checked), so the array's literal needs simple escapes only.
+  std::string ref(const std::string& text) {
+    for (char c : text) {
+      if (c < 0x20 || c > 0x7E) throw std::runtime_error("name with a control byte: " + text);
+    }
+    auto [at, added] = offsets_.emplace(text, pool_.size());
+    if (added) pool_ += text;
+    return "{" + std::to_string(at->second) + ", " + std::to_string(text.size()) + "}";
   }
-  return out + "\", " + std::to_string(text.size()) + "}";
-}
+
+  void write(std::ostream& out) const {
+    out << "const char catalog_text[] =";
+    std::size_t start = 0;
+    do {
+      out << "\n    \"";
+      for (char c : pool_.substr(start, 96)) {
+        if (c == '"' || c == '\\' || c == '?') out << '\\';
+        out << c;
+      }
+      out << '"';
+      start += 96;
+    } while (start < pool_.size());
+    out << ";\n\n";
+  }
+
+ private:
+  std::string pool_;
+  std::map<std::string, std::size_t> offsets_;
+};
 
 // One name index: upper-case names sorted bytewise, each with its value; a repeated name
 // (case ignored) is an error.
@@ -124,10 +148,10 @@ void index_names(const Table& table, const std::string& value_column,
   }
 }
 
-void write_index(std::ostream& out, const Index& index) {
+void write_index(std::ostream& out, const Index& index, TextPool& text) {
   out << "const NameEntry " << index.symbol << "[] = {\n";
   for (const auto& [name, value] : index.names)
-    out << "    {" << literal(name) << ", " << value << "},\n";
+    out << "    {" << text.ref(name) << ", " << value << "},\n";
   out << "};\n";
 }
 
@@ -138,14 +162,14 @@ struct Catalogue {
   std::vector<std::string> family_names, device_names, part_names;
 };
 
-void write_rows(std::ostream& out, Catalogue& c) {
+void write_rows(std::ostream& out, Catalogue& c, TextPool& text) {
   out << "const CatalogFamily family_rows[] = {\n    {},\n";
-  for (const std::string& name : c.family_names) out << "    {" << literal(name) << "},\n";
+  for (const std::string& name : c.family_names) out << "    {" << text.ref(name) << "},\n";
   out << "};\n\nconst CatalogDevice device_rows[] = {\n    {},\n";
   const std::size_t family = c.devices.column("family_enum");
   const int families = static_cast<int>(c.families.rows.size());
   for (std::size_t r = 0; r < c.devices.rows.size(); ++r) {
-    out << "    {" << literal(c.device_names[r]) << ", static_cast<DEV_FAMILY_ENUM>("
+    out << "    {" << text.ref(c.device_names[r]) << ", static_cast<DEV_FAMILY_ENUM>("
         << to_int(c.devices, r, family, 1, families) << ")},\n";
   }
   out << "};\n\nconst CatalogPart part_rows[] = {\n    {},\n";
@@ -157,8 +181,8 @@ void write_rows(std::ostream& out, Catalogue& c) {
   const int devices = static_cast<int>(c.devices.rows.size());
   for (std::size_t r = 0; r < p.rows.size(); ++r) {
     const Row& row = p.rows[r];
-    out << "    {" << literal(c.part_names[r]) << ", " << literal(row[package]) << ", "
-        << literal(row[speed]) << ", " << literal(row[temperature])
+    out << "    {" << text.ref(c.part_names[r]) << ", " << text.ref(row[package]) << ", "
+        << text.ref(row[speed]) << ", " << text.ref(row[temperature])
         << ", static_cast<DEV_DEVICE_ENUM>(" << to_int(p, r, device, 1, devices) << "), "
         << flag(p, r, released) << ", " << flag(p, r, preferred) << ", " << flag(p, r, hidden)
         << "},\n";
@@ -167,14 +191,17 @@ void write_rows(std::ostream& out, Catalogue& c) {
 }
 
 std::string source_text(Catalogue& c) {
+  TextPool text;
+  std::ostringstream tables;
+  write_rows(tables, c, text);
+  write_index(tables, c.family_index, text);
+  write_index(tables, c.device_index, text);
+  write_index(tables, c.part_index, text);
   std::ostringstream out;
   out << "// Written by pgmdev_catalog_tables from data/catalog/*.csv; do not edit.\n"
       << "#include \"pgm_dev_catalog_data.h\"\n\nnamespace pgmdev::catalog {\n\n";
-  write_rows(out, c);
-  write_index(out, c.family_index);
-  write_index(out, c.device_index);
-  write_index(out, c.part_index);
-  out << "\n}  // namespace pgmdev::catalog\n";
+  text.write(out);
+  out << tables.str() << "\n}  // namespace pgmdev::catalog\n";
   return out.str();
 }
 

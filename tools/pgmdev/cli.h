@@ -45,6 +45,12 @@ void require_database_file(const std::string& relative, const std::string& what)
 // is close, the values held.
 void require_held(const std::string& value, const std::vector<std::string>& held,
                   const std::string& sentence, bool names = true);
+// What is at `path` when it is there but no regular file ("a FIFO", "a folder", ...); ""
+// for a regular or missing file. Asked before an open, which would wait for ever on a FIFO.
+std::string non_regular_kind(const std::string& path);
+// The whole of an input file; a CliError naming it (as `what`, "the dump", and its path)
+// when it is no regular file or cannot be read.
+std::string read_input_file(const std::string& path, const std::string& what = "");
 
 // The two generators as `pgmdev generate` runs them: the output's folder is made, a missing
 // source is a CliError; `install_dir` (may be empty) holds h/pgm_parts.txt.

@@ -1,6 +1,10 @@
-// What every command shares: the --json flag and the check that a database file is there.
+// What every command shares: the --json flag, the check that a database file is there and
+// the reading of input files that never blocks.
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 
 #include "cli.h"
 #include "platform.h"
@@ -35,6 +39,31 @@ void require_held(const std::string& value, const std::vector<std::string>& held
   for (const std::string& candidate : unique) listed += (listed.empty() ? "" : ", ") + candidate;
   throw CliError(sentence +
                  (listed.empty() ? "; the list is empty" : "; the list holds " + listed));
+}
+
+std::string non_regular_kind(const std::string& path) {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (error || !fs::exists(status) || fs::is_regular_file(status)) return "";
+  if (fs::is_directory(status)) return "a folder";
+  if (fs::is_fifo(status)) return "a FIFO";
+  if (fs::is_character_file(status)) return "a character device";
+  if (fs::is_block_file(status)) return "a block device";
+  return fs::is_socket(status) ? "a socket" : "not a regular file";
+}
+
+std::string read_input_file(const std::string& path, const std::string& what) {
+  const std::string named = what.empty() ? path : what + " " + path;
+  const std::string kind = non_regular_kind(path);
+  // A file to read that is not there or not usable is exit 4, as a corrupt one is.
+  if (!kind.empty()) throw DataFileError(named + " is " + kind + ", not a regular file");
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw DataFileError("cannot read " + named);
+  std::ostringstream content;
+  content << in.rdbuf();
+  if (in.bad()) throw DataFileError("cannot read " + named);
+  return content.str();
 }
 
 }  // namespace pgmdev::cli

@@ -85,19 +85,6 @@ nlohmann::ordered_json dump_flash(const fs::path& file) {
   return {{"kind", "serial flash"}, {"records", records}};
 }
 
-// What is at `path` when it is there but no regular file ("a FIFO", ...); "" otherwise.
-std::string non_regular_kind(const std::string& path) {
-  namespace fs = std::filesystem;
-  std::error_code error;
-  const fs::file_status status = fs::status(path, error);
-  if (error || !fs::exists(status) || fs::is_regular_file(status)) return "";
-  if (fs::is_directory(status)) return "a folder";
-  if (fs::is_fifo(status)) return "a FIFO";
-  if (fs::is_character_file(status)) return "a character device";
-  if (fs::is_block_file(status)) return "a block device";
-  return fs::is_socket(status) ? "a socket" : "not a regular file";
-}
-
 void dump(const std::string& path) {
   // Checked before the open, which would wait for ever on a FIFO.
   const std::string kind = non_regular_kind(path);

@@ -21,20 +21,17 @@ namespace {
 
 const char* const FLASH_FILE = "/programmer/pgm_flash.pcf";
 
-// The flash manager over the shipped records, with what the library prints about the
-// user's definition shown as a warning on standard error.
+// The flash manager over the shipped records; a user definition that is set but refused
+// is said as a warning on standard error.
 std::unique_ptr<PGMDEV_FLASH_MANAGER> load_flash_manager(DWORD slots) {
-  require_database_file(FLASH_FILE, "flash database file");
-  const LibraryMessages messages(
-      "the user flash definition in PGM_3RD_PARTY_FLASH_INI is not loaded; 'pgmdev flash "
-      "check' says why");
-  return std::make_unique<PGMDEV_FLASH_MANAGER>(false, slots);
+  return open_flash_manager(slots, [](const std::string& text) { say_warning(text); });
 }
 
 struct FlashFilter {
   std::string manufacturer;  // empty: any
   std::string size;          // Mbit; empty: any
   std::string name;          // a part of device_name, case ignored; empty: any
+  bool all = false;          // also the records a switch keeps out
 };
 
 bool holds_blind(const std::string& text, const std::string& part) {
@@ -42,27 +39,24 @@ bool holds_blind(const std::string& text, const std::string& part) {
   return stl_toupper(a).find(stl_toupper(b)) != std::string::npos;
 }
 
-// The records that pass the filter, by their number in the list (from 1). A maker or a
-// size that no record has is refused: such a filter cannot match.
-std::vector<DWORD> filtered_records(const PGMDEV_SFL_FLASH_INFO* records, DWORD count,
-                                    const FlashFilter& filter) {
+bool passes(const PGMDEV_SFL_FLASH_INFO& r, const FlashFilter& filter) {
+  return (filter.manufacturer.empty() ||
+          gen_stricmp(r.manufacturer_name.c_str(), filter.manufacturer.c_str()) == 0) &&
+         (filter.size.empty() || std::to_string(r.device_bit_size >> 20) == filter.size) &&
+         holds_blind(r.device_name, filter.name);
+}
+
+// A maker, size or name that no record has cannot match: refused, as a mistyped name is.
+void require_matchable(const std::vector<const PGMDEV_SFL_FLASH_INFO*>& records,
+                       const FlashFilter& filter) {
   std::vector<std::string> makers, names;
   std::vector<QWORD> sizes;
-  std::vector<DWORD> chosen;
   bool name_held = false;
-  for (DWORD i = 0; i < count; ++i) {
-    const PGMDEV_SFL_FLASH_INFO& r = records[i];
-    makers.push_back(r.manufacturer_name);
-    names.push_back(r.device_name);
-    sizes.push_back(r.device_bit_size >> 20);
-    name_held = name_held || holds_blind(r.device_name, filter.name);
-    if (!holds_blind(r.device_name, filter.name)) continue;
-    if (!filter.manufacturer.empty() &&
-        gen_stricmp(r.manufacturer_name.c_str(), filter.manufacturer.c_str()) != 0) {
-      continue;
-    }
-    if (!filter.size.empty() && std::to_string(r.device_bit_size >> 20) != filter.size) continue;
-    chosen.push_back(i);
+  for (const PGMDEV_SFL_FLASH_INFO* r : records) {
+    makers.push_back(r->manufacturer_name);
+    names.push_back(r->device_name);
+    sizes.push_back(r->device_bit_size >> 20);
+    name_held = name_held || holds_blind(r->device_name, filter.name);
   }
   if (!filter.manufacturer.empty()) {
     require_held(filter.manufacturer, makers,
@@ -86,6 +80,22 @@ std::vector<DWORD> filtered_records(const PGMDEV_SFL_FLASH_INFO* records, DWORD 
     for (QWORD size : sizes) held.push_back(std::to_string(size));
     require_held(filter.size, held, "no flash chip has " + filter.size + " Mbit", false);
   }
+}
+
+// The records that pass the filter, by their number in the list (from 1).
+std::vector<DWORD> filtered_records(const PGMDEV_FLASH_MANAGER& manager,
+                                    const FlashFilter& filter) {
+  const PGMDEV_SFL_FLASH_INFO* records = manager.get_flash_database();
+  std::vector<const PGMDEV_SFL_FLASH_INFO*> listed;
+  std::vector<DWORD> chosen;
+  for (DWORD i = 0; i < manager.get_flash_count(); ++i) {
+    listed.push_back(&records[i]);
+    if (passes(records[i], filter)) chosen.push_back(i);
+  }
+  if (filter.all) {
+    for (const PGMDEV_SFL_FLASH_INFO& r : manager.get_gated_flash_database()) listed.push_back(&r);
+  }
+  require_matchable(listed, filter);
   return chosen;
 }
 
@@ -102,9 +112,20 @@ void list_flash(const Options& options, const FlashFilter& filter) {
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
   Table table({"number", "manufacturer_name", "device_name", "silicon_id", "default_dev", "ini",
                "device_bit_size", "device_sector_byte", "id", "gate"});
-  for (DWORD i : filtered_records(records, manager->get_flash_count(), filter)) {
+  for (DWORD i : filtered_records(*manager, filter)) {
     const PGMDEV_SFL_FLASH_INFO& r = records[i];
     nlohmann::ordered_json entry = {{"number", i + 1}};
+    entry.update(flash_record_json(r));
+    entry["id"] = flash_id_text(r);
+    entry["gate"] = gate_text(r);
+    entry = columns_first(table.headers(), entry);
+    table.add_json_row(entry);
+    document.push_back(std::move(entry));
+  }
+  // Records their switch keeps out have no number: they cannot be mapped.
+  for (const PGMDEV_SFL_FLASH_INFO& r : manager->get_gated_flash_database()) {
+    if (!filter.all || !passes(r, filter)) continue;
+    nlohmann::ordered_json entry = {{"number", nullptr}};
     entry.update(flash_record_json(r));
     entry["id"] = flash_id_text(r);
     entry["gate"] = gate_text(r);
@@ -145,6 +166,11 @@ std::vector<BYTE> parse_id(const std::string& text) {
 
 namespace {
 
+// The message of an identifier no loaded record answers: what would answer it, and why not.
+std::string not_found_text(const std::string& id, const PGMDEV_FLASH_ID_EXPLANATION& why) {
+  return "no flash record answers " + id + ": " + why.text;
+}
+
 void identify(const Options& options, const std::vector<IdRequest>& requests) {
   if (requests.empty()) throw CliError("give --device-id HEX or --silicon-id HEX");
   const std::unique_ptr<PGMDEV_FLASH_MANAGER> loaded =
@@ -153,7 +179,7 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
   Table table({"slot", "id", "silicon_id", "found", "number", "manufacturer_name", "device_name",
                "device_bit_size"});
-  std::string unmatched, hints;
+  std::string unmatched;
   for (DWORD slot = 0; slot < requests.size(); ++slot) {
     const IdRequest& request = requests[slot];
     BYTE id[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
@@ -164,8 +190,10 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
                                     {"silicon_id", request.by_silicon_id},
                                     {"found", found}};
     if (!found) {
-      unmatched += (unmatched.empty() ? "" : ", ") + request.text;
-      hints += id_hint(request.text, request.bytes);
+      const PGMDEV_FLASH_ID_EXPLANATION why =
+          manager.explain_unanswered_id(request.by_silicon_id, id);
+      entry["explanation"] = flash_explanation_json(why);
+      unmatched += (unmatched.empty() ? "" : "\n") + not_found_text(request.text, why);
     } else {
       const DWORD index = manager.get_flash_mapping_index(slot, false);
       entry["number"] = index + 1;
@@ -179,7 +207,7 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
   } else {
     table.print(std::cout);
   }
-  if (!unmatched.empty()) throw CliError("no flash record answers " + unmatched + hints);
+  if (!unmatched.empty()) throw CliError(unmatched);
 }
 
 // A batch line is a Device-ID read-out, or "silicon " and a Silicon-ID byte; each line is
@@ -194,7 +222,7 @@ void identify_batch(const Options& options) {
     BYTE id[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
     std::copy(bytes.begin(), bytes.end(), id);
     if (!manager.flash_id_database_mapping(by_silicon, 0, id)) {
-      throw CliError("no flash record answers " + text + id_hint(text, bytes));
+      throw CliError(not_found_text(text, manager.explain_unanswered_id(by_silicon, id)));
     }
     const DWORD index = manager.get_flash_mapping_index(0, false);
     return nlohmann::ordered_json{
@@ -251,6 +279,9 @@ void register_flash_commands(CLI::App& app, Options& options) {
   list->add_option("--size", filter->size, "Only chips of this many Mbit");
   list->add_option("--name", filter->name,
                    "Only chips whose device_name holds this text (case ignored)");
+  list->add_flag("--all", filter->all,
+                 "Also the records a switch PGM_ALLOW_<word> keeps out (no number: they are not "
+                 "loaded)");
   add_json_flag(list, options);
   list->callback([&options, filter] { list_flash(options, *filter); });
 

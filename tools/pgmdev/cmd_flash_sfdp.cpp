@@ -2,7 +2,6 @@
 // derived from them (each column with where it came from), or only the sealed value;
 // `flash define --sfdp` asks only the questions the tables leave open.
 #include <CLI/CLI.hpp>
-#include <fstream>
 #include <iostream>
 #include <sstream>
 #include <tuple>
@@ -48,12 +47,9 @@ std::vector<BYTE> id_bytes(const std::string& text) {
 }  // namespace
 
 PGMDEV_SFDP read_dump(const std::string& file) {
-  std::ifstream in(file, std::ios::binary);
-  if (!in) throw DataFileError("cannot read the dump " + file);
-  std::ostringstream content;
-  content << in.rdbuf();
+  const std::string content = read_input_file(file, "the dump");
   try {
-    return PGMDEV_SFDP(PGMDEV_SFDP::dump_bytes(content.str()));
+    return PGMDEV_SFDP(PGMDEV_SFDP::dump_bytes(content));
   } catch (const PGMDEV_SFDP_ERROR& error) {
     throw CliError(file + ": " + error.what());
   }

@@ -39,13 +39,14 @@ void report_written(const Options& options, const Written& written) {
   for (const std::string& path : written) std::cout << "wrote " << path << '\n';
 }
 
-// The output's folder is made when missing, as `generate all` makes its tree.
-void make_output_folder(const std::string& out) {
-  const fs::path folder = fs::path(out).parent_path();
+void make_folder(const fs::path& folder) {
   std::error_code error;
   if (!folder.empty()) fs::create_directories(folder, error);
   if (error) throw CliError("cannot make the folder " + folder.string() + ": " + error.message());
 }
+
+// The output's folder is made when missing, as `generate all` makes its tree.
+void make_output_folder(const std::string& out) { make_folder(fs::path(out).parent_path()); }
 
 // Runs a generator; when it stops, the output is named as left alone before the report.
 template <class GENERATE>
@@ -107,9 +108,10 @@ class ASIDE_FOLDER {
  public:
   explicit ASIDE_FOLDER(const fs::path& tree)
       : m_path(tree / (".generate-" + std::to_string(::getpid()))) {
-    fs::remove_all(m_path);
-    fs::create_directories(m_path / "h");
-    fs::create_directories(m_path / "programmer");
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
+    make_folder(m_path / "h");
+    make_folder(m_path / "programmer");
   }
   ~ASIDE_FOLDER() {
     std::error_code ignored;
@@ -129,8 +131,8 @@ void generate_all(const std::string& data, const std::string& out_option, Writte
   require_source(parts_source.string());
   require_source((fs::path(data) / "pgm_dev_info.csv").string());
   require_source((fs::path(data) / "pgm_flash.csv").string());
-  fs::create_directories(out / "programmer");
-  fs::create_directories(out / "h");
+  make_folder(out / "programmer");
+  make_folder(out / "h");
   const ASIDE_FOLDER aside(out);
   const std::vector<BYTE> parts = file_bytes(parts_source);
   fs::copy_file(parts_source, aside.path() / "h" / "pgm_parts.txt");  // the generator's input

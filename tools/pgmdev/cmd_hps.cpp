@@ -122,7 +122,7 @@ nlohmann::ordered_json listing(bool spi, const HpsFilter& filter, Table& table) 
 }
 
 void list(const Options& options, bool spi, const HpsFilter& filter) {
-  warn_if_data_file_damaged();  // its user definitions would otherwise just be missing
+  warn_if_data_file_damaged(spi);  // its user definitions would otherwise just be missing
   Table table = spi ? list_table(hps_spi_kind()) : list_table(hps_nand_kind());
   const nlohmann::ordered_json document = listing(spi, filter, table);
   if (options.json) {

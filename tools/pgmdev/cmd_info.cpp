@@ -24,6 +24,7 @@ void show_info(const Options& options) {
       {"flash INI data file", gen_get_module_path() + "/pgm_flash.ini"},
   };
   const std::string config_file = cfg_get_value("PGMDEV_CONFIG_FILE");
+  const std::string config_problem = cfg_file_problem();
   nlohmann::ordered_json document = {
       {"version", ver_get_version()},
       {"version_index", ver_get_current_version_index_number()},
@@ -31,6 +32,7 @@ void show_info(const Options& options) {
       {"install_dir", gen_get_korvel_path()},
       {"module_dir", gen_get_module_path()},
       {"config_file", config_file},
+      {"config_file_problem", config_problem},
   };
   Table table({"name", "path", "exists"});
   nlohmann::ordered_json listed = nlohmann::ordered_json::array();
@@ -49,7 +51,10 @@ void show_info(const Options& options) {
   Fields fields;
   for (const auto& [key, value] : document.items()) fields.emplace_back(key, cell_text(value));
   fields[1].second = hex_text(document["version_index"].get<DWORD>());
+  // The readable form says a problem beside the file, as "(missing)" beside a data file.
   if (config_file.empty()) fields[5].second = "(none)";
+  if (!config_problem.empty()) fields[5].second += "  (" + config_problem + ")";
+  fields.pop_back();
   print_fields(std::cout, fields);
   std::cout << '\n';
   table.print(std::cout);

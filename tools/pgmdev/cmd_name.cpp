@@ -181,14 +181,23 @@ void list_opn(const Options& options, bool assigned_only) {
 
 }  // namespace
 
+unsigned long long parse_opn_hash(const std::string& text) {
+  unsigned long long hash = 0;
+  if (!parse_hex(text, hash)) {
+    throw CliError("'" + text + "' is not an OPN hash: give hex digits, e.g. 2635E568C52D");
+  }
+  // The library compares only the low 48 bits; a wider hash would answer for another part.
+  if (hash > 0xFFFFFFFFFFFFull) {
+    throw CliError("'" + text + "' is not an OPN hash: it is wider than 48 bits (12 hex digits)");
+  }
+  return hash;
+}
+
 nlohmann::ordered_json opn_json(const std::string& text, bool by_hash) {
   unsigned long slot = INVALID_DWORD;
   std::string part;
   if (by_hash) {
-    unsigned long long hash = 0;
-    if (!parse_hex(text, hash)) {
-      throw CliError("'" + text + "' is not an OPN hash: give hex digits, e.g. 2635E568C52D");
-    }
+    const unsigned long long hash = parse_opn_hash(text);
     part = PGMDEV_MGR::get_opn_from_hash(hash);
     if (part.empty()) throw CliError("no part has the OPN hash " + text);
     slot = PGMDEV_MGR::get_opn_enum(part);

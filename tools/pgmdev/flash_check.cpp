@@ -1,11 +1,13 @@
 // Decodes a user flash definition value layer by layer with the flash manager's own decoder,
-// names the first rule that refuses it, and confirms the verdict with a real load.
+// names the first rule that refuses it, and confirms the verdict with a real load; says why
+// a definition set in the configuration is not loaded.
 #include "flash_check.h"
 
 #include <iostream>
 #include <sstream>
 
 #include "flash_record.h"
+#include "output.h"
 #include "pgmdev_flash_manager.h"
 #include "platform.h"
 
@@ -135,7 +137,34 @@ nlohmann::ordered_json verdict_json(const Verdict& verdict) {
   return document;
 }
 
+// Tells whether it took the user's definition.
+class USER_AWARE_FLASH_MANAGER : public PGMDEV_FLASH_MANAGER {
+ public:
+  explicit USER_AWARE_FLASH_MANAGER(DWORD slots) : PGMDEV_FLASH_MANAGER(false, slots) {}
+  bool user_record_loaded() const { return !m_ini_flash.device_name.empty(); }
+};
+
 }  // namespace
+
+std::unique_ptr<PGMDEV_FLASH_MANAGER> open_flash_manager(
+    DWORD slots, const std::function<void(const std::string&)>& warn) {
+  require_database_file("/programmer/pgm_flash.pcf", "flash database file");
+  const std::string key = PGMDEV_FLASH_MANAGER::USER_FLASH_KEY;
+  const std::string value = cfg_get_value(key);
+  std::unique_ptr<USER_AWARE_FLASH_MANAGER> manager;
+  std::string said;
+  {
+    LibraryMessages messages;  // the library prints why a value does not decode
+    manager = std::make_unique<USER_AWARE_FLASH_MANAGER>(slots);
+    if (!value.empty() && !manager->user_record_loaded()) said = messages.take();
+  }
+  if (!value.empty() && !manager->user_record_loaded()) {
+    std::string reason = examine(value).reason;
+    if (reason.empty()) reason = said.empty() ? "the flash manager refused it" : said;
+    warn("the user flash definition in " + key + " is not loaded: " + reason);
+  }
+  return manager;
+}
 
 nlohmann::ordered_json flash_check_json(const std::string& value) {
   return verdict_json(judge(value));

@@ -1,7 +1,6 @@
 // Formats the 33 columns of a serial flash record.
 #include "flash_record.h"
 
-#include <algorithm>
 #include <set>
 
 namespace pgmdev::cli {
@@ -55,24 +54,6 @@ Fields flash_record_fields(const PGMDEV_SFL_FLASH_INFO& record) {
   return fields;
 }
 
-std::string id_hint(const std::string& text, const std::vector<BYTE>& bytes) {
-  const auto all = [&](BYTE value) {
-    return !bytes.empty() &&
-           std::all_of(bytes.begin(), bytes.end(), [&](BYTE b) { return b == value; });
-  };
-  if (all(0xFF)) {
-    return "; " + text +
-           " is what a data line that no chip drives reads: no chip is answering (check its "
-           "power, wiring and chip select)";
-  }
-  if (all(0x00)) {
-    return "; " + text +
-           " is what a data line held low reads: a stuck bus (a short, a chip held in reset, "
-           "another master driving it)";
-  }
-  return "";
-}
-
 std::string flash_id_text(const PGMDEV_SFL_FLASH_INFO& r) {
   BYTE id[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
   DWORD used = 0;
@@ -90,6 +71,23 @@ std::string flash_id_text(const PGMDEV_SFL_FLASH_INFO& r) {
   std::string text;
   for (DWORD i = 0; i < used; ++i) text += hex_text(id[i], 2).substr(2);
   return text;
+}
+
+nlohmann::ordered_json flash_explanation_json(const PGMDEV_FLASH_ID_EXPLANATION& explanation) {
+  nlohmann::ordered_json gated = nlohmann::ordered_json::array();
+  for (const PGMDEV_FLASH_ID_EXPLANATION::GATED& g : explanation.gated) {
+    gated.push_back(
+        {{"device_name", g.device_name}, {"switch", g.switch_name}, {"meaning", g.meaning}});
+  }
+  nlohmann::ordered_json refused = nullptr;
+  if (!explanation.refused_chip.empty()) {
+    refused = {{"chip", explanation.refused_chip}, {"reason", explanation.refused_reason}};
+  }
+  return {{"gated", gated},
+          {"refused", refused},
+          {"maker", explanation.maker.empty() ? nlohmann::ordered_json()
+                                              : nlohmann::ordered_json(explanation.maker)},
+          {"text", explanation.text}};
 }
 
 }  // namespace pgmdev::cli

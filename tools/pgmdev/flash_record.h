@@ -16,9 +16,9 @@ nlohmann::ordered_json flash_record_json(const PGMDEV_SFL_FLASH_INFO& record);
 Fields flash_record_fields(const PGMDEV_SFL_FLASH_INFO& record);
 // "EF4018" or "0xEF4018": up to 3 bytes in the order the chip sends them; a CliError otherwise.
 std::vector<BYTE> parse_id(const std::string& text);
-// What an identifier read as all ones or all zeros says about the bus ("; FFFFFF ..."),
-// or "" for any other.
-std::string id_hint(const std::string& text, const std::vector<BYTE>& bytes);
+// Why no loaded record answers an identifier: {"gated": [{device_name, switch, meaning}],
+// "refused": {chip, reason} or null, "maker" (or null), "text"}.
+nlohmann::ordered_json flash_explanation_json(const PGMDEV_FLASH_ID_EXPLANATION& explanation);
 // The identifier bytes the chip sends, in read order, as one hex string ("EF4018").
 std::string flash_id_text(const PGMDEV_SFL_FLASH_INFO& record);
 

@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <iostream>
+#include <memory>
 
 #include "cli.h"
 #include "output.h"
@@ -124,21 +125,16 @@ void keep_damaged_file(const std::string& reason) {
               " is not a valid flash INI data file: " + reason + "; kept it as " + kept);
 }
 
-// The records of the kind's section. A section this tool cannot read whole stops the edit
-// (its records would be lost), unless `force`: the file is then kept aside first and the
-// records that decode are carried over.
+// The records of the kind's section that decode, in `records`; "" when the section is
+// absent or reads whole, else why it does not.
 template <class RECORD>
-std::vector<RECORD> decode_section(const HPS_KIND<RECORD>& kind, const std::vector<BYTE>& block,
-                                   bool force) {
-  std::vector<RECORD> records;
-  if (block.empty()) return records;
+std::string decode_records(const HPS_KIND<RECORD>& kind, const std::vector<BYTE>& block,
+                           std::vector<RECORD>& records) {
+  if (block.empty()) return "";
   const std::string section = PGMDEV_FLASH_INI_SECTION_NAMES[kind.section];
   if (block.size() < PGMDEV_HPS_SIGNATURE_SIZE ||
       std::memcmp(block.data(), kind.signature, PGMDEV_HPS_SIGNATURE_SIZE) != 0) {
-    const std::string reason = "its " + section + " section is not in this version's format";
-    if (!force) throw CliError(damaged_text(reason));
-    keep_damaged_file(reason);
-    return records;
+    return "its " + section + " section is not in this version's format";
   }
   DWORD index = PGMDEV_HPS_SIGNATURE_SIZE;
   const DWORD size = static_cast<DWORD>(block.size());
@@ -147,16 +143,37 @@ std::vector<RECORD> decode_section(const HPS_KIND<RECORD>& kind, const std::vect
     const DWORD start = index;
     if (!PGMDEV_FLASH_INI::assign_flash_ini_data(block.data(), index, size, kind.count, kind.types,
                                                  record.params)) {
-      const std::string reason = "record " + std::to_string(records.size() + 1) + " of its " +
-                                 section + " section (at byte " + std::to_string(start) +
-                                 ") does not decode";
-      if (!force) throw CliError(damaged_text(reason));
-      keep_damaged_file(reason);
-      break;
+      return "record " + std::to_string(records.size() + 1) + " of its " + section +
+             " section (at byte " + std::to_string(start) + ") does not decode";
     }
     records.push_back(record);
   }
+  return "";
+}
+
+// The records of the kind's section. A section this tool cannot read whole stops the edit
+// (its records would be lost), unless `force`: the file is then kept aside first and the
+// records that decode are carried over.
+template <class RECORD>
+std::vector<RECORD> decode_section(const HPS_KIND<RECORD>& kind, const std::vector<BYTE>& block,
+                                   bool force) {
+  std::vector<RECORD> records;
+  const std::string reason = decode_records(kind, block, records);
+  if (!reason.empty()) {
+    if (!force) throw CliError(damaged_text(reason));
+    keep_damaged_file(reason);
+  }
   return records;
+}
+
+// Why the kind's section of the data file cannot be read whole, or "".
+template <class RECORD>
+std::string section_defect(const HPS_KIND<RECORD>& kind) {
+  DWORD size = 0;
+  const std::unique_ptr<BYTE[]> block(PGMDEV_FLASH_INI::read_flash_ini_data(kind.section, size));
+  if (!block) return "";
+  std::vector<RECORD> records;
+  return decode_records(kind, std::vector<BYTE>(block.get(), block.get() + size), records);
 }
 
 template <class RECORD>
@@ -263,9 +280,12 @@ void check_data_file_before_edit() {
   if (!PGMDEV_FLASH_INI::check_flash_ini_file(reason)) throw CliError(damaged_text(reason));
 }
 
-bool warn_if_data_file_damaged() {
+bool warn_if_data_file_damaged(bool spi) {
   std::string reason;
-  if (PGMDEV_FLASH_INI::check_flash_ini_file(reason)) return false;
+  if (PGMDEV_FLASH_INI::check_flash_ini_file(reason)) {
+    reason = spi ? section_defect(hps_spi_kind()) : section_defect(hps_nand_kind());
+    if (reason.empty()) return false;
+  }
   say_warning(damaged_text(reason));
   return true;
 }

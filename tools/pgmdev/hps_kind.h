@@ -94,7 +94,8 @@ size_t remove_user_record(const HPS_KIND<RECORD>& kind, size_t index, bool force
 
 // A CliError when the data file is there but not valid (checked before a dialogue).
 void check_data_file_before_edit();
-// Says so on the standard error when the data file is there but not valid; true then.
-bool warn_if_data_file_damaged();
+// Says so on the standard error when the data file is there but not valid, or its SPI (or
+// NAND) section does not decode whole, so its user records would be missing; true then.
+bool warn_if_data_file_damaged(bool spi);
 
 }  // namespace pgmdev::cli

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstring>
 #include <iostream>
+#include <string_view>
+#include <vector>
 
 #include "cli.h"
 #include "platform.h"
@@ -58,26 +60,53 @@ int report_parse_error(CLI::App& app, const CLI::ParseError& error) {
       message.rfind("unknown command", 0) == 0) {
     message += unexpected_word_hint(command);
   }
-  std::cerr << "pgmdev: " << message << " (see '" << command_path(command) << " --help')\n";
+  std::cerr << "pgmdev: " << shorten_arguments(message) << " (see '" << command_path(command)
+            << " --help')\n";
   return EXIT_USAGE_ERROR;  // whatever code the parser gives its kind of error
+}
+
+// Each group of commands with the words that start it. Building the whole command tree
+// costs more than most answers, so a command line that names its command gets that group
+// alone; anything else (help, --version, a mistyped word, completion) gets the whole tree.
+struct CommandGroup {
+  std::vector<std::string_view> words;
+  void (*add)(CLI::App&, Options&);
+};
+
+const std::vector<CommandGroup>& command_groups() {
+  static const std::vector<CommandGroup> groups = {
+      {{"info"}, register_info_command},           {{"catalog"}, register_catalog_command},
+      {{"device"}, register_device_command},       {{"name", "opn"}, register_name_commands},
+      {{"flash"}, register_flash_commands},        {{"hps"}, register_hps_commands},
+      {{"generate"}, register_generate_commands},  {{"dump"}, register_dump_command},
+      {{"--version"}, [](CLI::App&, Options&) {}},  // the top level answers it alone
+  };
+  return groups;
+}
+
+const CommandGroup* named_group(int argc, char** argv) {
+  if (argc < 2) return nullptr;
+  for (const CommandGroup& group : command_groups()) {
+    for (const std::string_view word : group.words) {
+      if (word == argv[1]) return &group;
+    }
+  }
+  return nullptr;
 }
 
 int run(int argc, char** argv, Options& options) {
   CLI::App app{"Device data of FPGAs, CPLDs and their serial configuration flash.", "pgmdev"};
   app.set_version_flag("--version", ver_get_version());
   app.add_flag_callback(
-      "--help-all", [&app] { throw CLI::CallForAllHelp(); }, "Print the help of every command");
+      "--help-all", [] { throw CLI::CallForAllHelp(); }, "Print the help of every command");
   app.require_subcommand(1);
-  register_info_command(app, options);
-  register_catalog_command(app, options);
-  register_device_command(app, options);
-  register_name_commands(app, options);
-  register_flash_commands(app, options);
-  register_hps_commands(app, options);
-  register_generate_commands(app, options);
-  register_dump_command(app, options);
-  register_completion_command(app);
-  app.footer(command_summary(app) + "\n" + help_footer());
+  if (const CommandGroup* group = named_group(argc, argv)) {
+    group->add(app, options);
+  } else {
+    for (const CommandGroup& each : command_groups()) each.add(app, options);
+    register_completion_command(app);
+    app.footer(command_summary(app) + "\n" + help_footer());
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForAllHelp&) {
@@ -151,5 +180,6 @@ int check_own_output(int code) {
 
 int main(int argc, char** argv) {
   install_report_hook();
+  watch_long_arguments(argc, argv);
   return check_own_output(run_reporting(argc, argv));
 }

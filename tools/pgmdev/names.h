@@ -19,6 +19,9 @@ std::vector<std::string> catalog_part_names();
 // `by_hash`, an OPN hash in hex.
 nlohmann::ordered_json name_json(const std::string& input);
 nlohmann::ordered_json opn_json(const std::string& text, bool by_hash);
+// An OPN hash from hex digits (with or without 0x); a CliError for other text and for a
+// value wider than 48 bits.
+unsigned long long parse_opn_hash(const std::string& text);
 
 // What `catalog parts` filters by; "ANY" (or empty) matches everything.
 struct PartFilter {

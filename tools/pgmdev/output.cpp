@@ -110,17 +110,26 @@ LibraryMessages::~LibraryMessages() noexcept(false) {
 }
 
 void LibraryMessages::say_kept() {
+  if (m_headline.empty()) {
+    std::istringstream lines(m_text.str());
+    std::string line;
+    while (std::getline(lines, line)) {
+      if (!line.empty()) g_sink("library", line);
+    }
+    return;
+  }
+  const std::string joined = take();
+  if (!joined.empty()) say_warning(m_headline + " (" + joined + ")");
+}
+
+std::string LibraryMessages::take() {
   std::istringstream lines(m_text.str());
+  m_text.str("");
   std::string line, joined;
   while (std::getline(lines, line)) {
-    if (line.empty()) continue;
-    if (m_headline.empty()) {
-      g_sink("library", line);
-    } else {
-      joined += (joined.empty() ? "" : "; ") + line;
-    }
+    if (!line.empty()) joined += (joined.empty() ? "" : "; ") + line;
   }
-  if (!joined.empty()) say_warning(m_headline + " (" + joined + ")");
+  return joined;
 }
 
 bool parse_hex(const std::string& text, unsigned long long& value) {

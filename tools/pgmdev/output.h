@@ -63,6 +63,9 @@ class LibraryMessages {
   LibraryMessages(const LibraryMessages&) = delete;
   LibraryMessages& operator=(const LibraryMessages&) = delete;
 
+  // The lines kept so far, joined by "; "; they are then no longer shown.
+  std::string take();
+
  protected:
   void say_kept();
 

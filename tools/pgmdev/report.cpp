@@ -3,6 +3,8 @@
 #include "report.h"
 
 #include <algorithm>
+#include <cctype>
+#include <cstring>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
@@ -42,9 +44,19 @@ std::string cell_place(const CONTEXT& context) {
   return place;
 }
 
+// Arguments too long to echo whole; a message that quotes one gets its start and length.
+std::vector<std::string> g_long_arguments;
+constexpr size_t LONG_ARGUMENT = 200;
+constexpr size_t KEPT_OF_ARGUMENT = 40;
+
+std::string lower(std::string text) {
+  for (char& c : text) c = char(std::tolower(static_cast<unsigned char>(c)));
+  return text;
+}
+
 void print_line(const std::string& message) {
   std::cout.flush();
-  std::cerr << "pgmdev: " << message << '\n';
+  std::cerr << "pgmdev: " << shorten_arguments(message) << '\n';
 }
 
 }  // namespace
@@ -80,6 +92,7 @@ Failure describe_library_failure(const std::string& condition, const std::string
   // The innermost kind of place decides: writing a file, a cell of a table, a data file.
   for (auto it = context.rbegin(); it != context.rend(); ++it) {
     const std::string& kind = it->first;
+    if (kind == "configuration file") return {EXIT_USER_ERROR, condition};  // a whole sentence
     if (kind == "output") {
       return {EXIT_DATA_FILE, "cannot write the database file " + it->second +
                                   "; check that it is a regular file in a folder you can "
@@ -87,6 +100,13 @@ Failure describe_library_failure(const std::string& condition, const std::string
                                   detail};
     }
     if (kind == "table") {
+      if (has(context, "cells")) {  // a short line of the parts list, thrown without a report
+        return {EXIT_USER_ERROR,
+                "the parts list " + it->second + " has a line of " +
+                    context_value(context, "cells") + " cells at row " +
+                    context_value(context, "row") + ", fewer than the 7 a part needs: '" +
+                    context_value(context, "cell") + "'; correct it and run again"};
+      }
       if (!has(context, "row")) {
         return {EXIT_USER_ERROR, "the source table " + it->second +
                                      " is refused as a whole; check that it is readable and "
@@ -108,10 +128,19 @@ Failure describe_library_failure(const std::string& condition, const std::string
       const std::string& file = std::find_if(context.begin(), context.end(), [](const auto& e) {
                                   return e.first == "file";
                                 })->second;
-      return {EXIT_DATA_FILE, "the data file " + file +
-                                  " is unreadable, corrupt or stale; rebuild it with 'pgmdev "
-                                  "generate all' or set PGMDEV_DEVICE_DB_DIR" +
-                                  detail};
+      const std::string rebuild =
+          "; rebuild it with 'pgmdev generate all' or set PGMDEV_DEVICE_DB_DIR";
+      if (has(context, "expected magic")) {
+        // Another file in its place: its magic says so better than the long condition.
+        const std::string expected = context_value(context, "expected magic");
+        return {EXIT_DATA_FILE,
+                "the data file " + file + " is not a " +
+                    (expected == "PGMIO_FM" ? "flash database" : "device information") +
+                    " file (magic '" + context_value(context, "magic") + "', expected '" +
+                    expected + "')" + rebuild};
+      }
+      return {EXIT_DATA_FILE,
+              "the data file " + file + " is unreadable, corrupt or stale" + rebuild + detail};
     }
   }
   return {EXIT_INTERNAL_ERROR,
@@ -125,7 +154,7 @@ int report_exception(const std::exception_ptr& error, bool answer_in_json) {
   for (const std::string& note : g_notes) print_line(note);
   // A JSON reader gets an answer too, not an empty document.
   if (answer_in_json) {
-    std::cout << nlohmann::ordered_json{{"error", failure.message},
+    std::cout << nlohmann::ordered_json{{"error", shorten_arguments(failure.message)},
                                         {"exit_code", failure.exit_code}}
                      .dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
               << '\n';
@@ -140,6 +169,26 @@ void say_held_warnings() {
 }
 
 void note_after_report(const std::string& line) { g_notes.push_back(line); }
+
+void watch_long_arguments(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    if (std::strlen(argv[i]) > LONG_ARGUMENT) g_long_arguments.emplace_back(argv[i]);
+  }
+}
+
+// Found whatever its case: some messages quote an argument in capitals.
+std::string shorten_arguments(const std::string& message) {
+  std::string shortened = message;
+  for (const std::string& argument : g_long_arguments) {
+    const std::string cut = "... (" + std::to_string(argument.size()) + " characters)";
+    const std::string needle = lower(argument);
+    for (size_t at = lower(shortened).find(needle); at != std::string::npos;
+         at = lower(shortened).find(needle, at + KEPT_OF_ARGUMENT + cut.size())) {
+      shortened.replace(at + KEPT_OF_ARGUMENT, argument.size() - KEPT_OF_ARGUMENT, cut);
+    }
+  }
+  return shortened;
+}
 
 Failure report_first(const std::exception_ptr& error) {
   try {

@@ -30,6 +30,11 @@ struct Failure {
 Failure describe_library_failure(const std::string& condition, const std::string& module, int line,
                                  const CONTEXT& context);
 
+// Arguments longer than 200 characters are not echoed whole: a message that quotes one
+// keeps its first 40 characters and says how long it was.
+void watch_long_arguments(int argc, char** argv);
+std::string shorten_arguments(const std::string& message);
+
 // A line said after the failure's own report (what was left untouched), as "pgmdev: LINE".
 void note_after_report(const std::string& line);
 

@@ -97,6 +97,28 @@ std::string magic_condition_text(const char* magic) {
   return text;
 }
 
+namespace {
+
+std::string printable_magic(const std::vector<BYTE>& image) {
+  std::string text;
+  for (size_t i = 0; i < image.size() && i < DB_MAGIC_SIZE; ++i) {
+    const BYTE b = image[i];
+    if (b >= 0x20 && b < 0x7F && b != '\\') {
+      text += char(b);
+    } else {
+      static const char* const DIGITS = "0123456789ABCDEF";
+      text += std::string("\\x") + DIGITS[b >> 4] + DIGITS[b & 15];
+    }
+  }
+  return text;
+}
+
+}  // namespace
+
+MAGIC_CONTEXT::MAGIC_CONTEXT(const std::vector<BYTE>& image, const char* expected)
+    : m_found("magic", printable_magic(image)),
+      m_expected("expected magic", std::string(expected, DB_MAGIC_SIZE)) {}
+
 void check_source_digest(const std::vector<BYTE>& image, const std::string& digest,
                          const char* module) {
   PGMDEV_CHECK(digest.size() == DB_DIGEST_SIZE, "PGMDEV_DEV_INFO_CSV_MD5.size() == 32", module);

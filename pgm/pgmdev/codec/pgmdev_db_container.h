@@ -10,6 +10,7 @@
 
 #include "codec/pgmdev_db_codec.h"
 #include "pgm_fio.h"
+#include "pgm_msg.h"
 #include "pgm_types.h"
 
 namespace pgmdev {
@@ -38,6 +39,18 @@ std::vector<BYTE> read_database_file(const FIO_PATH& file, const char* exists_te
 // two managers treat it differently; magic_condition_text gives the condition to report.
 bool has_magic(const std::vector<BYTE>& image, const char* magic);
 std::string magic_condition_text(const char* magic);
+
+// While it lives, a report names the magic the image has ("magic", bytes outside printable
+// ASCII as \xNN) and the one it should have ("expected magic"), so that a file given in the
+// other's place is said as such rather than by the long condition.
+class MAGIC_CONTEXT {
+ public:
+  MAGIC_CONTEXT(const std::vector<BYTE>& image, const char* expected);
+
+ protected:
+  MSG_CONTEXT m_found;
+  MSG_CONTEXT m_expected;
+};
 
 // Compares image bytes 8 to 39 with `digest`: "PGMDEV_DEV_INFO_CSV_MD5.size() == 32", then
 // "Mismatch ID between flash file and reader" at the first difference.

@@ -89,6 +89,7 @@ void PGMDEV_DEV_INFO_MANAGER::initialize_from_image(const std::vector<BYTE>& ima
   DEV_INFO_CHECK(image.size() > DB_FIXED_SIZE, "file_size > (8 + 32 + 4 + 2)");
   if (!has_magic(image, DEV_INFO_MAGIC)) {
     // The one load failure that returns: the manager stays without records.
+    const MAGIC_CONTEXT magic(image, DEV_INFO_MAGIC);
     MSG_INTERNAL_ERROR::report_soft(magic_condition_text(DEV_INFO_MAGIC), CATEGORY, MODULE_DEV_INFO,
                                     __LINE__);
     return;

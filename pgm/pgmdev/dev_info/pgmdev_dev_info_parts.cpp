@@ -39,10 +39,17 @@ void PGMDEV_DEV_INFO_MANAGER::parse_pgm_parts() {
   DWORD line_number = 0;
   while (pgmdev::read_trimmed_line(input, line, &line_number)) {
     row.set(std::to_string(line_number));
+    // A last line without its line break is what a file cut short ends with: the parts after
+    // it would silently fall back to their family's record.
+    const MSG_CONTEXT cell("cell", line);
+    DEV_INFO_CHECK(!input.eof(), "the line ends with a line break");
     // "//" comment lines, and the "#" version and signature lines that other readers check.
     if (line.compare(0, 2, "//") == 0 || line[0] == '#') continue;
     const std::vector<std::string> cells = QTL_TOKENIZER::split(line, pgmdev::CELL_SEPARATORS);
-    if (cells.size() < 7) throw std::out_of_range("invalid vector<T> subscript");
+    if (cells.size() < 7) {
+      const MSG_CONTEXT count("cells", std::to_string(cells.size()));  // for the reader's report
+      throw std::out_of_range("invalid vector<T> subscript");
+    }
     PGMDEV_PART_ENTRY entry;
     entry.part = dstr_get_dev_part_enum_by_string(cells[0].c_str());
     entry.device = dstr_get_dev_device_enum_by_string(cells[1].c_str());

@@ -4,6 +4,7 @@
 #include "codec/pgmdev_db_codec.h"
 #include "codec/pgmdev_db_container.h"
 #include "flash/pgmdev_flash_columns.h"
+#include "pgm_common.h"
 #include "pgm_fio.h"
 #include "pgm_text.h"
 #include "pgmdev_build_config.h"
@@ -74,6 +75,92 @@ void check_name_row(const std::vector<std::string>& svec) {
   }
 }
 
+// The cells a record needs to be of use once loaded, as numbers (a 1-byte column keeps only
+// its low byte when written; the rules read the cell).
+struct RECORD_VALUES {
+  bool silicon_id = false;
+  DWORD memory_id = 0, memory_id_index = 0, memory_type_index = 0, mfc_id_index = 0;
+  DWORD die_count = 0, device_bit_size = 0, device_sector_byte = 0;
+  DWORD bulk_erase_time = 0, sec_erase_time = 0, program_utime = 0;
+};
+
+// A rule a record must keep: an identifier the search can answer, a size, a sector and
+// times. `column` is the one named when it fails.
+struct RECORD_RULE {
+  const char* column;
+  const char* condition;
+  bool (*holds)(const RECORD_VALUES&);
+};
+
+bool other_position(DWORD index, DWORD taken) { return index <= 2 && index != taken; }
+
+// A silicon-ID record compares only its memory ID; the two other positions are unused.
+constexpr RECORD_RULE RECORD_RULES[] = {
+    {"memory_id", "memory_id != 0", [](const RECORD_VALUES& v) { return v.memory_id != 0; }},
+    {"memory_id_index", "memory_id_index <= 2",
+     [](const RECORD_VALUES& v) { return v.memory_id_index <= 2; }},
+    {"memory_type_index",
+     "memory_type_index == 0xFF || (memory_type_index <= 2 && memory_type_index != "
+     "memory_id_index)",
+     [](const RECORD_VALUES& v) {
+       return v.silicon_id || v.memory_type_index == 0xFF ||
+              other_position(v.memory_type_index, v.memory_id_index);
+     }},
+    {"mfc_id_index",
+     "mfc_id_index <= 2 && mfc_id_index != memory_id_index && mfc_id_index != memory_type_index",
+     [](const RECORD_VALUES& v) {
+       return v.silicon_id || (other_position(v.mfc_id_index, v.memory_id_index) &&
+                               v.mfc_id_index != v.memory_type_index);
+     }},
+    {"die_count", "die_count != 0", [](const RECORD_VALUES& v) { return v.die_count != 0; }},
+    {"device_bit_size", "device_bit_size != 0",
+     [](const RECORD_VALUES& v) { return v.device_bit_size != 0; }},
+    {"device_sector_byte", "device_sector_byte != 0",
+     [](const RECORD_VALUES& v) { return v.device_sector_byte != 0; }},
+    {"bulk_erase_time", "bulk_erase_time != 0",
+     [](const RECORD_VALUES& v) { return v.bulk_erase_time != 0; }},
+    {"sec_erase_time", "sec_erase_time != 0",
+     [](const RECORD_VALUES& v) { return v.sec_erase_time != 0; }},
+    {"program_utime", "program_utime != 0",
+     [](const RECORD_VALUES& v) { return v.program_utime != 0; }},
+};
+
+// Refuses a record line whose values would load into a record no read-out finds or no
+// programming can use. A cell that is no number is left to the writer, which names it.
+void check_record_values(const std::vector<std::string>& svec) {
+  const std::pair<const char*, DWORD RECORD_VALUES::*> numbers[] = {
+      {"memory_id", &RECORD_VALUES::memory_id},
+      {"memory_id_index", &RECORD_VALUES::memory_id_index},
+      {"memory_type_index", &RECORD_VALUES::memory_type_index},
+      {"mfc_id_index", &RECORD_VALUES::mfc_id_index},
+      {"die_count", &RECORD_VALUES::die_count},
+      {"device_bit_size", &RECORD_VALUES::device_bit_size},
+      {"device_sector_byte", &RECORD_VALUES::device_sector_byte},
+      {"bulk_erase_time", &RECORD_VALUES::bulk_erase_time},
+      {"sec_erase_time", &RECORD_VALUES::sec_erase_time},
+      {"program_utime", &RECORD_VALUES::program_utime}};
+  const pgmdev::FLASH_COLUMN_TABLE& columns = pgmdev::flash_columns();
+  const auto cell_of = [&](const std::string& name) -> const std::string& {
+    for (size_t i = 0; i < columns.size(); ++i) {
+      if (name == columns[i].name) return svec[i];
+    }
+    PGMDEV_CHECK(false, "column found", MODULE);  // the rules name columns of the table
+    return svec.front();
+  };
+  RECORD_VALUES values;
+  values.silicon_id = cell_of("silicon_id") == "TRUE";
+  for (const auto& [name, member] : numbers) {
+    bool ok = !cell_of(name).empty();
+    if (!ok) return;
+    values.*member = PGM_COMMON::convert_string_to_dword(cell_of(name), 0, &ok, nullptr, true);
+    if (!ok) return;
+  }
+  for (const RECORD_RULE& rule : RECORD_RULES) {
+    const MSG_CONTEXT column("column", rule.column), cell("cell", cell_of(rule.column));
+    PGMDEV_CHECK(rule.holds(values), rule.condition, MODULE);
+  }
+}
+
 // Bytes one record line takes in the body: a tag per column, its payload, the end marker.
 QWORD record_size(const std::vector<std::string>& svec) {
   QWORD size = pgmdev::DB_END_MARKER_SIZE;
@@ -116,6 +203,7 @@ DWORD PGMDEV_FLASH_MANAGER::check_flash_file(const FIO_PATH& source, DWORD& reco
                    "DWORD(svec.size()) == TOTAL_DATABASE_MEMBER", MODULE);
     }
     if (number < FIRST_RECORD_LINE) continue;
+    check_record_values(svec);
     body_size += record_size(svec);
     ++record_count;
   }

@@ -56,8 +56,11 @@ void PGMDEV_FLASH_MANAGER::initialize_flash_database(const FIO_PATH& flash_file)
       "FIO_FILE_SYSTEM::exists(flash_file.fullpath().c_str()) && "
       "FIO_FILE_SYSTEM::status(flash_file.fullpath().c_str(), &stat_info)",
       MODULE);
-  PGMDEV_CHECK(pgmdev::has_magic(image, FLASH_MAGIC), pgmdev::magic_condition_text(FLASH_MAGIC),
-               MODULE);
+  {
+    const pgmdev::MAGIC_CONTEXT magic(image, FLASH_MAGIC);
+    PGMDEV_CHECK(pgmdev::has_magic(image, FLASH_MAGIC), pgmdev::magic_condition_text(FLASH_MAGIC),
+                 MODULE);
+  }
   pgmdev::check_source_digest(image, PGMDEV_FLASH_INFO_CSV_MD5_TEXT, MODULE);
   const std::vector<BYTE> body = pgmdev::inflate_body(image, MODULE);
   parse_database(body.data(), DWORD(body.size()));
@@ -79,12 +82,15 @@ bool PGMDEV_FLASH_MANAGER::parse_database(const BYTE* data, DWORD data_size) {
   m_ini_count = m_ini_flash.device_name.empty() ? 0 : 1;
   m_flash_database =
       std::make_shared<std::vector<PGMDEV_SFL_FLASH_INFO>>(m_flash_count + m_ini_count);
-  // A disabled record is dropped: the next one read overwrites its slot.
+  // A disabled record is dropped (a copy stays to explain identifiers it would answer): the
+  // next one read overwrites its slot.
+  m_gated_database = std::make_shared<std::vector<PGMDEV_SFL_FLASH_INFO>>();
   DWORD slot = m_ini_count;
   while (slot - m_ini_count < m_flash_count) {
     if (get_database(reader, slot)) {
       ++slot;
     } else {
+      m_gated_database->push_back((*m_flash_database)[slot]);
       null_info_database(&(*m_flash_database)[slot]);
       --m_flash_count;
     }

@@ -3,33 +3,17 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/pgmdev_check.h"
+#include "flash/pgmdev_flash_match.h"
 #include "pgm_msg.h"
 #include "pgm_text.h"
-#include "base/pgmdev_check.h"
 #include "pgmdev_flash_manager.h"
 
 namespace {
 
 constexpr const char* MODULE = pgmdev::MODULE_FLASH_MANAGER;
-
-// Compares one identifier byte; a position outside the read-out never matches, so a record
-// can never make the search read past the caller's bytes.
-bool id_matches(const BYTE* id, BYTE position, BYTE expected) {
-  return position < PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE && id[position] == expected;
-}
-
-bool answers_silicon_id(const PGMDEV_SFL_FLASH_INFO& record, const BYTE* id) {
-  return record.silicon_id && id_matches(id, record.memory_id_index, record.memory_id);
-}
-
-// Only the memory type position has a "not checked" value (0xFF); the manufacturer position is
-// always compared.
-bool answers_device_id(const PGMDEV_SFL_FLASH_INFO& record, const BYTE* id) {
-  return !record.silicon_id && id_matches(id, record.memory_id_index, record.memory_id) &&
-         (record.memory_type_index == 0xFF ||
-          id_matches(id, record.memory_type_index, record.memory_type)) &&
-         id_matches(id, record.mfc_id_index, record.mfc_id);
-}
+using pgmdev::answers_device_id;
+using pgmdev::answers_silicon_id;
 
 // A hash of the name with its letters in capitals: names equal but for case hash alike.
 size_t folded_hash(const std::string& name) {
@@ -116,6 +100,11 @@ const PGMDEV_SFL_FLASH_INFO* PGMDEV_FLASH_MANAGER::get_default_flash(
 
 const PGMDEV_SFL_FLASH_INFO* PGMDEV_FLASH_MANAGER::get_flash_database() const {
   return m_flash_database ? m_flash_database->data() : nullptr;
+}
+
+const std::vector<PGMDEV_SFL_FLASH_INFO>& PGMDEV_FLASH_MANAGER::get_gated_flash_database() const {
+  static const std::vector<PGMDEV_SFL_FLASH_INFO> none;
+  return m_gated_database ? *m_gated_database : none;
 }
 
 DWORD PGMDEV_FLASH_MANAGER::sfl_get_chain_longest_program_utime() const {

@@ -1,5 +1,7 @@
 // Holds flash records against the chips' own SFDP tables and against the table's rules.
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <map>
 
 #include "pgm_text.h"
@@ -33,8 +35,95 @@ std::string upper(std::string text) { return stl_toupper(text); }
 }  // namespace
 
 void PGMDEV_SFDP_AUDIT::add_dump(const std::string& name, const std::vector<BYTE>& id,
-                                 const PGMDEV_SFDP& sfdp) {
-  m_dumps.push_back({name, id, sfdp});
+                                 const PGMDEV_SFDP& sfdp, const std::string& line) {
+  std::string key = line;
+  if (key.empty() && id.size() >= 2) {
+    char text[8];
+    std::snprintf(text, sizeof text, "%02X %02X", id[0], id[1]);
+    key = text;
+  }
+  m_dumps.push_back({name, id, sfdp, key});
+}
+
+DWORD PGMDEV_SFDP_AUDIT::sector_erase_maximum_ms(const PGMDEV_SFDP& sfdp) {
+  // The erase types every region of the first map supports (all of them without a map).
+  BYTE common = 0x0F;
+  if (sfdp.has_sector_map()) {
+    for (const PGMDEV_SFDP_REGION& region : sfdp.sector_maps().front().regions) {
+      common &= region.erase_types;
+    }
+  }
+  const PGMDEV_SFDP_ERASE_TYPE* largest = nullptr;
+  for (size_t k = 0; k < sfdp.erase_types().size(); ++k) {
+    const PGMDEV_SFDP_ERASE_TYPE& e = sfdp.erase_types()[k];
+    if ((common >> k & 1) && e.size != 0 && (!largest || e.size > largest->size)) largest = &e;
+  }
+  return largest ? largest->maximum_ms : 0;
+}
+
+PGMDEV_SFDP_RULE_TIMES PGMDEV_SFDP_AUDIT::rule_times(const std::vector<const PGMDEV_SFDP*>& dumps,
+                                                     QWORD chip_bits) {
+  QWORD sector_ms = 0, page_us = 0;
+  double chip_ms = 0;
+  for (const PGMDEV_SFDP* t : dumps) {
+    if (!t->has_times() || t->density_bits() == 0) continue;
+    sector_ms = std::max<QWORD>(sector_ms, sector_erase_maximum_ms(*t));
+    page_us = std::max<QWORD>(page_us, t->program_maximum_us());
+    chip_ms = std::max(chip_ms, double(t->chip_erase_maximum_ms()) * double(chip_bits) /
+                                    double(t->density_bits()));
+  }
+  PGMDEV_SFDP_RULE_TIMES rule;
+  rule.sector_erase_s = DWORD(seconds(TIMING_MARGIN * sector_ms));
+  rule.chip_erase_s = DWORD(std::ceil(TIMING_MARGIN * chip_ms / 1000 - 1e-9));
+  rule.page_program_us = DWORD(1000 * seconds(TIMING_MARGIN * page_us));
+  return rule;
+}
+
+std::vector<PGMDEV_SFDP_HOLDOUT> PGMDEV_SFDP_AUDIT::leave_one_out() const {
+  const auto maker = [](const std::string& line) { return line.substr(0, line.find(' ')); };
+  std::vector<PGMDEV_SFDP_HOLDOUT> result;
+  for (const DUMP& held : m_dumps) {
+    const PGMDEV_SFDP& t = held.sfdp;
+    if (!t.has_times()) continue;
+    PGMDEV_SFDP_HOLDOUT h;
+    h.dump = held.name;
+    std::vector<const PGMDEV_SFDP*> siblings;
+    for (const char* from : {"line", "maker"}) {
+      for (const DUMP& other : m_dumps) {
+        const bool same =
+            from[0] == 'l' ? other.line == held.line : maker(other.line) == maker(held.line);
+        if (&other != &held && same && other.sfdp.has_times()) siblings.push_back(&other.sfdp);
+      }
+      if (!siblings.empty()) {
+        h.from = from;
+        break;
+      }
+    }
+    h.siblings = DWORD(siblings.size());
+    if (siblings.empty()) {
+      result.push_back(h);
+      continue;
+    }
+    h.rule = rule_times(siblings, t.density_bits());
+    // The margin each time needs: the dump's maximum over the largest the siblings declare.
+    QWORD sector_ms = 0, page_us = 0;
+    double chip_ms = 0;
+    for (const PGMDEV_SFDP* s : siblings) {
+      sector_ms = std::max<QWORD>(sector_ms, sector_erase_maximum_ms(*s));
+      page_us = std::max<QWORD>(page_us, s->program_maximum_us());
+      chip_ms = std::max(chip_ms, double(s->chip_erase_maximum_ms()) * double(t.density_bits()) /
+                                      double(s->density_bits()));
+    }
+    const auto ratio = [](double own, double others) { return others > 0 ? own / others : 0; };
+    h.needed = std::max({ratio(sector_erase_maximum_ms(t), double(sector_ms)),
+                         ratio(double(t.chip_erase_maximum_ms()), chip_ms),
+                         ratio(t.program_maximum_us(), double(page_us))});
+    h.reached = QWORD(h.rule.sector_erase_s) * 1000 >= sector_erase_maximum_ms(t) &&
+                QWORD(h.rule.chip_erase_s) * 1000 >= t.chip_erase_maximum_ms() &&
+                h.rule.page_program_us >= t.program_maximum_us();
+    result.push_back(h);
+  }
+  return result;
 }
 
 void PGMDEV_SFDP_AUDIT::find(const PGMDEV_SFL_FLASH_INFO& record, const std::string& dump,

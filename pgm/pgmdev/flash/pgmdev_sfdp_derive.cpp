@@ -32,25 +32,13 @@ struct MAKER {
 // JEDEC bank-1 manufacturer codes of serial NOR makers, named as the shipped table names them.
 // Spansion's FL-P parts count their capacity byte in Mbit steps (S25FL064P answers 16).
 const MAKER MAKERS[] = {
-    {0x01, "Spansion", false},
-    {0x0B, "XTX", true},
-    {0x1C, "EON", true},
-    {0x1F, "Adesto", false},
-    {0x20, "Micron", true},
-    {0x25, "SiliconKaiser", true},
-    {0x2C, "Micron", true},
-    {0x34, "Cypress", true},
-    {0x37, "AMIC", false},
-    {0x5E, "Zbit", true},
-    {0x68, "Boya", true},
-    {0x85, "Puya", true},
-    {0x89, "Intel", false},
-    {0x8C, "ESMT", false},
-    {0x9D, "ISSI", true},
-    {0xA1, "Fudan", true},
-    {0xBF, "Microchip/SST", false},
-    {0xC2, "Macronix", true},
-    {0xC8, "GigaDevice", true},
+    {0x01, "Spansion", false},      {0x0B, "XTX", true},      {0x1C, "EON", true},
+    {0x1F, "Adesto", false},        {0x20, "Micron", true},   {0x25, "SiliconKaiser", true},
+    {0x2C, "Micron", true},         {0x34, "Cypress", true},  {0x37, "AMIC", false},
+    {0x5E, "Zbit", true},           {0x68, "Boya", true},     {0x6B, "Everspin", true},
+    {0x85, "Puya", true},           {0x89, "Intel", false},   {0x8C, "ESMT", false},
+    {0x9D, "ISSI", true},           {0xA1, "Fudan", true},    {0xBA, "Zetta", true},
+    {0xBF, "Microchip/SST", false}, {0xC2, "Macronix", true}, {0xC8, "GigaDevice", true},
     {0xEF, "Winbond", true},
 };
 

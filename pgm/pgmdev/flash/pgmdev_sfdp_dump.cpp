@@ -15,6 +15,21 @@ int digit(char c) {
   return -1;
 }
 
+std::string hex_byte(BYTE b) {
+  static const char* const DIGITS = "0123456789ABCDEF";
+  return {DIGITS[b >> 4], DIGITS[b & 15]};
+}
+
+// Text of the file as a message may quote it: a byte that is no printable character is
+// written as \xNN, since a NUL would end the message where it is shown.
+std::string printable(const std::string& text) {
+  std::string shown;
+  for (const char c : text) {
+    shown += BYTE(c) >= 0x20 && BYTE(c) < 0x7F ? std::string(1, c) : "\\x" + hex_byte(BYTE(c));
+  }
+  return shown;
+}
+
 PGMDEV_SFDP_ERROR at_line(size_t line, const std::string& what) {
   return PGMDEV_SFDP_ERROR("hexdump line " + std::to_string(line) + ": " + what);
 }
@@ -28,8 +43,10 @@ std::vector<BYTE> plain_hex(const std::string& content) {
     if (std::isspace(static_cast<unsigned char>(c))) continue;
     const int value = digit(c);
     if (value < 0) {
-      throw PGMDEV_SFDP_ERROR("not a hex dump: character '" + std::string(1, c) + "' on line " +
-                              std::to_string(line));
+      const std::string what = BYTE(c) > 0x20 && BYTE(c) < 0x7F
+                                   ? "character '" + std::string(1, c) + "'"
+                                   : "byte 0x" + hex_byte(BYTE(c));
+      throw PGMDEV_SFDP_ERROR("not a hex dump: " + what + " on line " + std::to_string(line));
     }
     if (high < 0) {
       high = value;
@@ -108,11 +125,11 @@ std::vector<BYTE> offset_lines(const std::string& content, bool xxd) {
     while (words >> word) {
       // `hexdump -C` writes single bytes, `xxd` groups of them (2 by default, -g N).
       if (word.size() % 2 != 0 || (!xxd && word.size() != 2)) {
-        throw at_line(number, "'" + word + "' is not a byte");
+        throw at_line(number, "'" + printable(word) + "' is not a byte");
       }
       for (size_t i = 0; i < word.size(); i += 2) {
         if (digit(word[i]) < 0 || digit(word[i + 1]) < 0) {
-          throw at_line(number, "'" + word + "' is not a byte");
+          throw at_line(number, "'" + printable(word) + "' is not a byte");
         }
         previous.push_back(BYTE(digit(word[i]) << 4 | digit(word[i + 1])));
       }

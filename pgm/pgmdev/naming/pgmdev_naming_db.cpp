@@ -2,12 +2,48 @@
 #include "naming/pgmdev_naming_db.h"
 
 #include <algorithm>
+#include <bitset>
 
 namespace {
 
 // A walk reads each entry once, as building the index does, but allocates nothing: for a
 // process that asks a few questions, this many walks cost less than the index.
 constexpr unsigned WALKS_BEFORE_INDEX = 8;
+
+// Calls `visit` on each string of an entry's list in order until it returns true. The
+// list view's iterator measures each string twice (to read it and to step past it); a
+// walk over a whole section measures each once.
+template <typename VISIT>
+bool visit_list(const PGMDEV_DDB_GRAMMAR_SECTION& section, const PGMDEV_DDB_GRAMMAR_ENTRY& entry,
+                VISIT visit) {
+  const std::string_view key = section.key(entry);
+  const char* at = key.data() + key.size() + 1;
+  for (DWORD i = 0; i < entry.m_count; ++i) {
+    const std::string_view text(at);
+    if (visit(text)) return true;
+    at += text.size() + 1;
+  }
+  return false;
+}
+
+// A cheap first test of whether a string may be one of a few wanted names: its length and
+// first byte, before the string is hashed.
+class NAME_SIEVE {
+ public:
+  void add(std::string_view name) {
+    m_lengths.set(std::min<size_t>(name.size(), MAX_LENGTH));
+    if (!name.empty()) m_firsts.set(static_cast<unsigned char>(name.front()));
+  }
+  bool may_hold(std::string_view text) const {
+    return m_lengths.test(std::min<size_t>(text.size(), MAX_LENGTH)) && !text.empty() &&
+           m_firsts.test(static_cast<unsigned char>(text.front()));
+  }
+
+ private:
+  static constexpr size_t MAX_LENGTH = 63;
+  std::bitset<MAX_LENGTH + 1> m_lengths;
+  std::bitset<256> m_firsts;
+};
 
 }  // namespace
 
@@ -61,8 +97,8 @@ void PGMDEV_DDB_GRAMMAR_DB::build_reverse_index(DWORD section) const {
 std::string_view PGMDEV_DDB_GRAMMAR_DB::walk_key_of(DWORD section, std::string_view name) const {
   const PGMDEV_DDB_GRAMMAR_SECTION& entries = m_sections[section];
   for (const auto& entry : entries.entries()) {
-    for (std::string_view text : entries.list(entry)) {
-      if (text == name) return entries.key(entry);
+    if (visit_list(entries, entry, [name](std::string_view text) { return text == name; })) {
+      return entries.key(entry);
     }
   }
   return {};
@@ -86,16 +122,23 @@ std::vector<std::string_view> PGMDEV_DDB_GRAMMAR_DB::find_keys_of(
     return keys;
   }
   std::unordered_map<std::string_view, std::vector<size_t>> wanted;
-  for (size_t i = 0; i < names.size(); ++i) wanted[names[i]].push_back(i);
+  NAME_SIEVE sieve;
+  for (size_t i = 0; i < names.size(); ++i) {
+    wanted[names[i]].push_back(i);
+    sieve.add(names[i]);
+  }
+  if (wanted.empty()) return keys;
   const PGMDEV_DDB_GRAMMAR_SECTION& entries = m_sections[section];
   for (const auto& entry : entries.entries()) {
-    for (std::string_view text : entries.list(entry)) {
+    const bool all_found = visit_list(entries, entry, [&](std::string_view text) {
+      if (!sieve.may_hold(text)) return false;
       const auto found = wanted.find(text);
-      if (found == wanted.end()) continue;
+      if (found == wanted.end()) return false;
       for (size_t i : found->second) keys[i] = entries.key(entry);
       wanted.erase(found);  // the first key in key order answers
-      if (wanted.empty()) return keys;
-    }
+      return wanted.empty();
+    });
+    if (all_found) return keys;
   }
   return keys;
 }
