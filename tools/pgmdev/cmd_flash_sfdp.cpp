@@ -182,7 +182,7 @@ void run_sfdp(const Options& options, const SfdpRequest& request) {
   const PGMDEV_SFDP_DEFINITION definition = derive(sfdp, request.id, choices);
   if (request.value) {
     for (const std::string& warning : definition.warnings()) {
-      std::cerr << "pgmdev: warning: " << warning << '\n';
+      say_warning(warning);
     }
     std::cout << definition.configuration_value() << '\n';
   } else if (options.json) {
