@@ -9,11 +9,10 @@
 class PGMDEV_API PGMDEV_FLASH_DEFINITION {
  public:
   // How strict a front-end wants the questions. The library's dialogue uses neither: it
-  // checks the three ID positions after the last answer and accepts a divisor that the
-  // loader refuses, as it always has.
+  // checks the three ID positions after the last answer, as it always has.
   struct STRICTNESS {
     bool positions_early = false;  // refuse a clashing ID position when it is given
-    bool loadable_only = false;    // refuse answers that would give a value that never loads
+    bool loadable_only = false;    // refuse the separators of the fields text in free text
   };
 
   static constexpr DWORD MAX_TEXT_SIZE = 19;
@@ -29,10 +28,14 @@ class PGMDEV_API PGMDEV_FLASH_DEFINITION {
   const char* field() const;
   std::string limits() const;
   bool is_text() const;
+  // Whether the current question takes hexadecimal (written without "0x").
+  bool is_hex() const;
 
   // Checks an answer to the current question as the dialogue reads it (blanks around it
   // dropped, letters in capitals). Accepted: its field is recorded and the next question
-  // comes. Refused: false, and `reason` says why.
+  // comes; `reason` is empty, or says why the value will be made but never load (a
+  // protection divisor of 20, which the dialogue takes and the loader refuses). Refused:
+  // false, and `reason` says why.
   bool answer(const std::string& text, std::string& reason);
 
   // After the last answer: the three ID positions must differ. True with the fields text

@@ -240,6 +240,11 @@ namespace {
 void raise_internal(py::handle type, const MSG_INTERNAL_ERROR_INFO& info) {
   const cli::Failure described =
       cli::describe_library_failure(info.condition, info.source_file, info.line, info.context);
+  // A bad cell of a source table is bad input, as the tool's exit code 1 says.
+  if (described.exit_code == cli::EXIT_USER_ERROR) {
+    PyErr_SetString(PyExc_ValueError, described.message.c_str());
+    return;
+  }
   py::object raised = type(info.condition, info.source_file, info.line, described.message);
   PyErr_SetObject(type.ptr(), raised.ptr());
 }
@@ -257,10 +262,19 @@ void on_soft_report(const MSG_INTERNAL_ERROR_INFO& info) {
   }
 }
 
+// The tool's warnings and notices, and what the library prints, as RuntimeWarnings.
+void warn_in_python(const std::string& kind, const std::string& text) {
+  const std::string message = kind == "warning" ? text : kind + ": " + text;
+  if (PyErr_WarnEx(PyExc_RuntimeWarning, message.c_str(), 1) != 0) {
+    throw py::error_already_set();  // warnings turned into errors
+  }
+}
+
 }  // namespace
 
 void bind_errors(py::module_& m) {
   MSG_INTERNAL_ERROR::set_hook(on_soft_report);
+  cli::set_message_sink(warn_in_python);
   py::exec(PYTHON_CLASSES, m.attr("__dict__"));
   static py::handle internal_error = py::object(m.attr("InternalError")).release();
   // By value: the translator type pybind11 takes.
@@ -299,8 +313,19 @@ void bind_device(py::module_& m) {
       "device",
       [m](const std::string& family, const std::string& device, const std::string& part,
           const std::string& pcf) {
-        if (family.empty() && device.empty() && part.empty() && pcf.empty()) {
-          throw cli::CliError("say what to look up: --family, --device, --part or --pcf NAME");
+        std::string given;
+        for (const auto& [name, value] :
+             {std::pair<const char*, const std::string&>{"family", family},
+              {"device", device},
+              {"part", part},
+              {"pcf", pcf}}) {
+          if (!value.empty()) given += (given.empty() ? "" : ", ") + std::string(name) + "=";
+        }
+        if (given.empty()) {
+          throw cli::CliError("say what to look up: family=, device=, part= or pcf=");
+        }
+        if (given.find(',') != std::string::npos) {
+          throw cli::CliError("give one of family=, device=, part= or pcf=, not " + given);
         }
         cli::require_database_file("/programmer/pgm_dev_info.pcf", "device information file");
         PGMDEV_DEV_INFO_MANAGER manager(false, 0);
@@ -315,9 +340,9 @@ void bind_device(py::module_& m) {
       },
       py::kw_only(), py::arg("family") = "", py::arg("device") = "", py::arg("part") = "",
       py::arg("pcf") = "",
-      "The device information record of a family, device, part or pcf (device file) name,\n"
-      "as a DeviceRecord (a dict by column name; .found_by says which fallback found it).\n"
-      "LookupError for an unknown name or when no row answers.");
+      "The device information record of a family, device, part or pcf (device file) name\n"
+      "(exactly one), as a DeviceRecord (a dict by column name; .found_by says which\n"
+      "fallback found it). LookupError for an unknown name or when no row answers.");
 }
 
 }  // namespace pgmdev::python

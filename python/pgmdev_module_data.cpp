@@ -103,7 +103,8 @@ void bind_hps(py::module_& m) {
       py::arg("kind"), py::arg("answers"), py::kw_only(), py::arg("force") = false,
       "Adds a user definition to pgm_flash.ini: `answers` maps every key of hps_fields(kind)\n"
       "to the answer `pgmdev hps add` would take as text, or to its value: an int in the\n"
-      "prompt's unit (0x20 is the ID 20 hex), a bool for a Y/N question. TypeError for\n"
+      "prompt's unit (0x20 is the ID 20 hex), a bool for a Y/N question. spi's siid is the\n"
+      "JEDEC ID with the first byte read as the lowest (20 BA 17 is 0x17BA20). TypeError for\n"
       "another type, ValueError with the dialogue's reason for a refused answer; `force`\n"
       "rewrites a damaged data file (kept aside first).");
   m.def(

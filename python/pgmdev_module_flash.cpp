@@ -111,6 +111,11 @@ std::string seal(const py::object& definition) {
   std::ostringstream messages;
   std::string value = USER_VALUE_CODEC::encode_ini(raw, messages);
   if (value.empty()) throw cli::CliError("the definition did not encode: " + messages.str());
+  // A value that would not load is refused, as `pgmdev flash check` would refuse it.
+  const nlohmann::ordered_json verdict = cli::flash_check_json(value);
+  if (!verdict["loads"].get<bool>()) {
+    throw cli::CliError("the definition would not load: " + verdict["reason"].get<std::string>());
+  }
   return value;
 }
 
@@ -160,7 +165,8 @@ void bind_flash(py::module_& m) {
         "The text a configuration value carries; ValueError when it does not decode.");
   m.def("flash_seal", &seal, py::arg("definition"),
         "The configuration value of a definition (a dict of the 33 columns, or its fields\n"
-        "text \"@...@\"), sealed for this build.");
+        "text \"@...@\"), sealed for this build; ValueError, with flash_check's reason, for a\n"
+        "definition that would not load.");
   m.def(
       "flash_check",
       [](const std::string& value) { return to_python(cli::flash_check_json(value)); },
@@ -173,7 +179,7 @@ void bind_sfdp(py::module_& m) {
   m.def(
       "sfdp_read",
       [](const std::string& path) { return to_python(cli::tables_json(cli::read_dump(path))); },
-      py::arg("path"), "The tables of an SFDP dump file (raw, hexdump -C or plain hex).");
+      py::arg("path"), "The tables of an SFDP dump file (raw, hexdump -C, xxd or plain hex).");
   m.def(
       "sfdp_derive",
       [](const std::string& path, const std::string& id, std::optional<std::string> name,

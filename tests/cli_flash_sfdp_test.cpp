@@ -6,6 +6,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <tuple>
 
 #include "cli_run.h"
 
@@ -76,7 +77,7 @@ TEST(CliFlashSfdp, JsonGivesDefinitionSourcesWarningsAndTables) {
 
 TEST(CliFlashSfdp, BadDumpsAndIdentifiersAreRefusedClearly) {
   auto result = run_cli({"flash", "sfdp", DATA + "missing.hex", "--id", "EF4018"});
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, 4);
   EXPECT_NE(result.err.find("cannot read the dump"), std::string::npos);
   result = run_cli({"flash", "sfdp", DATA + "chips.tsv", "--id", "EF4018"});
   EXPECT_EQ(result.exit_code, 1);
@@ -93,6 +94,17 @@ TEST(CliFlashSfdp, BadDumpsAndIdentifiersAreRefusedClearly) {
   result = run_cli({"flash", "sfdp", DATA + "winbond_w25q80bl.hex"});
   EXPECT_NE(result.exit_code, 0);
   EXPECT_NE(result.err.find("--id is required"), std::string::npos);
+  // A value given empty or out of range is refused, not taken as the default.
+  for (const auto& [option, value, message] :
+       {std::make_tuple("--dies", "0", "--dies takes 1 or 2, not 0"),
+        std::make_tuple("--dies", "258", "--dies takes 1 or 2, not 258"),
+        std::make_tuple("--voltage", "", "--voltage '' is refused: the answer is empty"),
+        std::make_tuple("--name", "", "--name '' is refused: the answer is empty")}) {
+    result = run_cli({"flash", "sfdp", DATA + "winbond_w25q80bl.hex", "--id", "EF4014", option,
+                      value, "--value"});
+    EXPECT_EQ(result.exit_code, 1) << option;
+    EXPECT_EQ(result.err, std::string("pgmdev: ") + message + "\n");
+  }
 }
 
 TEST(CliFlashSfdp, DefineAsksOnlyWhatTheTablesLeaveOpen) {
@@ -133,6 +145,15 @@ TEST(CliFlashSfdp, DefineAsksOnlyWhatTheTablesLeaveOpen) {
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.err.find("input ended; nothing was defined"), std::string::npos) << result.err;
   EXPECT_EQ(result.out, "");
+
+  // Enter takes the name shown; hexadecimal may carry "0x".
+  result = run_cli(
+      {"flash", "define", "--sfdp", DATA + "winbond_w25q80bl.hex", "--id", "EF4014", "--json"},
+      "\nN\nN\nN\nN\nN\nN\n0x1\n0x1C\n1C\n0X0\n-1\n-1\nN\n3.3V\n");
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_NE(result.err.find("Device Name [SFDP-EF4014] : "), std::string::npos) << result.err;
+  EXPECT_EQ(json::parse(result.out)["definition"]["device_name"], "SFDP-EF4014");
+  EXPECT_EQ(json::parse(result.out)["definition"]["protection_mask"], 0x1C);
 }
 
 }  // namespace
@@ -187,7 +208,7 @@ TEST(CliFlashAudit, ListsEachDisagreementAndFailsWhenThereIsOne) {
       << result.err;
 
   result = run_cli({"flash", "audit", "--sfdp-dir", DATA + "missing"});
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, 4);  // a file to read that is missing
   EXPECT_NE(result.err.find("cannot read"), std::string::npos);
 }
 

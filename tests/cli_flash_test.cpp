@@ -224,22 +224,20 @@ TEST(CliFlash, DialogueValueLoadsThroughTheConfiguration) {
 }
 
 TEST(CliFlash, DialogueAsksAgainWithTheReason) {
-  // Memory ID FF (out of range), a name with '@', a 20-character name, a divisor of 20 and
-  // a clashing ID position, each followed by an accepted answer.
+  // Memory ID FF (out of range), a name with '@', a 20-character name and a clashing ID
+  // position, each followed by an accepted answer.
   std::string answers = ONE_CHIP;
   answers.replace(answers.find("Acme\n"), 5, "Ac@me\nAcme\n");
   answers.replace(answers.find("AC25Q128\n"), 9, "ABCDEFGHIJKLMNOPQRST\nAC25Q128\n");
   answers.replace(answers.find("EF\n"), 3, "FF\nEF\n");
   answers.replace(answers.find("40\n1\n"), 5, "40\n2\n1\n");
-  answers.replace(answers.find("-1\n-1\n"), 6, "20\n-1\n-1\n");
   const auto result = run_cli({"flash", "define"}, answers);
   ASSERT_EQ(result.exit_code, 0) << result.err;
   for (const char* reason :
        {"refused: '@', '#' and ';' separate the fields of the value",
         "refused: the answer has 20 characters, at most 19 fit; it takes 1 to 19 characters",
         "refused: 'FF' is out of range; it takes hexadecimal 1 to FE. Try again.",
-        "refused: another ID already sits at position 2",
-        "refused: the loader takes at most 1F here"}) {
+        "refused: another ID already sits at position 2"}) {
     EXPECT_NE(result.err.find(reason), std::string::npos) << reason << "\n" << result.err;
   }
   EXPECT_NE(result.err.find("Names and the\nvoltage take 1 to 19 characters"), std::string::npos);
@@ -248,6 +246,30 @@ TEST(CliFlash, DialogueAsksAgainWithTheReason) {
                         "is loaded as the user flash.\n"))
       << result.err;
   EXPECT_EQ(run_cli({"flash", "check", result.out.substr(0, result.out.size() - 1)}).exit_code, 0);
+}
+
+// The prompt's range decides: a divisor of 20 is taken, and the tool says at once and at
+// the end that such a value does not load, as `flash check` then finds. Hex may carry "0x".
+TEST(CliFlash, DialogueTakesItsWholeRangeAndSaysWhatWillNotLoad) {
+  std::string answers = ONE_CHIP;
+  answers.replace(answers.find("EF\n"), 3, "0xEF\n");
+  answers.replace(answers.find("-1\n-1\n"), 6, "0x20\n-1\n");
+  auto result = run_cli({"flash", "define", "--json"}, answers);
+  ASSERT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_NE(result.err.find("Protection Divisor (hex) [-1/3 - 20] : "), std::string::npos);
+  EXPECT_NE(result.err.find("  warning: a protection divisor of 20 is taken, but the loader takes "
+                            "at most 1F: the value will be made and never load.\n"),
+            std::string::npos)
+      << result.err;
+  EXPECT_NE(result.err.find("is read as the user flash, and it will not load"), std::string::npos);
+  EXPECT_TRUE(json::parse(result.out)["loaded_chip"].is_null());
+  const std::string value = json::parse(result.out)["value"];
+  result = run_cli({"flash", "check", value, "--json"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_FALSE(json::parse(result.out)["loads"].get<bool>());
+  EXPECT_EQ(json::parse(result.out)["record"]["memory_id"], 0xEF);
+  EXPECT_EQ(json::parse(result.out)["record"]["protection_division"], 0x20);
+  EXPECT_NE(result.err.find("protection_division"), std::string::npos) << result.err;
 }
 
 TEST(CliFlash, DialogueOfTwoChipsSaysWhichLoads) {

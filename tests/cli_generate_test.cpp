@@ -112,7 +112,7 @@ TEST_F(CliGenerate, SingleGeneratorsAndTheirRefusals) {
   EXPECT_FALSE(fs::exists(m_dir / "cut.pcf"));
 
   result = run_cli({"generate", "flash", (m_dir / "missing.csv").string(), out.string()});
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, 4);
   EXPECT_EQ(result.err, "pgmdev: no source table at " + (m_dir / "missing.csv").string() + "\n");
 }
 
@@ -144,7 +144,7 @@ TEST_F(CliGenerate, DumpShowsRecordsAndTables) {
   EXPECT_NE(result.err.find("; pgm/pgmdev/pgmdev_dev_info_manager line "), std::string::npos);
 
   result = run_cli({"dump", (SOURCE / "CMakeLists.txt").string()});
-  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.exit_code, 4);
   EXPECT_NE(result.err.find("neither a device information nor a flash database"),
             std::string::npos);
 }

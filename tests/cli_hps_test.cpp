@@ -50,6 +50,19 @@ TEST_F(CliHps, AddListRemoveCycle) {
   ASSERT_EQ(result.exit_code, 0) << result.err;
   EXPECT_NE(result.err.find("Invalid input: Input is invalid (hit)"), std::string::npos);
   EXPECT_NE(result.err.find("Invalid input: Input must be power of 2"), std::string::npos);
+  // The byte order it states is the built-in list's: Micron's 64 Mbit chip, read out as
+  // 20 BA 17 in the flash database, is 0x17BA20 there.
+  EXPECT_NE(result.err.find("with the first byte read as the lowest:\na chip that answers "
+                            "20 BA 17 (maker first) is 17BA20."),
+            std::string::npos);
+  const auto micron = run_cli({"flash", "list", "--name", "N25Q064A13", "--json"});
+  ASSERT_EQ(micron.exit_code, 0) << micron.err;
+  EXPECT_EQ(json::parse(micron.out)[0]["id"], "20BA17");
+  for (const json& record : list("spi")) {
+    if (record["name"] == "QSPI_64") {
+      EXPECT_EQ(record["siid"], 0x17BA20);
+    }
+  }
   EXPECT_EQ(result.out.rfind("Added to the ", 0), 0u) << result.out;
   result = run_cli({"hps", "add", "NAND", "--json"}, "2C\n68\n4096\n", m_env);
   ASSERT_EQ(result.exit_code, 0) << result.err;

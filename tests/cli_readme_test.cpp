@@ -93,6 +93,12 @@ TEST(CliReadme, CompletionFollowsTheCommandTree) {
   EXPECT_EQ(bash_completions("pgmdev flash li", 2), "list");
   EXPECT_EQ(bash_completions("pgmdev flash list --man", 3), "--manufacturer");
   EXPECT_EQ(bash_completions("pgmdev hps list spi --s", 4), "--size");
+  // Values too: the kinds, the shells, and the catalogue's family and device names.
+  EXPECT_EQ(bash_completions("pgmdev hps add ''", 3), "spi nand");
+  EXPECT_EQ(bash_completions("pgmdev completion z", 2), "zsh");
+  EXPECT_EQ(bash_completions("pgmdev catalog devices --family ZORQA_VI", 4),
+            "ZORQA_VI_GX ZORQA_VII ZORQA_VII_GX ZORQA_VIII");
+  EXPECT_EQ(bash_completions("pgmdev device --device ZQ16", 3), "ZQ160");
   const auto zsh = pgmdev::test::run_cli({"completion", "zsh"});
   EXPECT_EQ(zsh.exit_code, 0);
   EXPECT_EQ(zsh.out.rfind("#compdef pgmdev\n", 0), 0u);
@@ -103,26 +109,14 @@ TEST(CliReadme, ManualPageShowsEveryCommand) {
   if (!fs::exists(page)) GTEST_SKIP() << "help2man is not installed; no manual page was built";
   const std::string text = read_text(page);
   EXPECT_NE(text.find(".TH PGMDEV \"1\""), std::string::npos);
-  for (const char* command : {"catalog families",
-                              "catalog devices",
-                              "catalog parts",
-                              "device",
-                              "name",
-                              "opn",
-                              "flash list",
-                              "flash identify",
-                              "flash define",
-                              "flash check",
-                              "hps list",
-                              "hps add",
-                              "hps remove",
-                              "generate device\\-info",
-                              "generate flash",
-                              "generate all",
-                              "dump",
-                              "completion",
-                              "Exit codes:",
-                              "PGMDEV_DEVICE_DB_DIR"}) {
+  for (const char* command :
+       {"catalog families", "catalog devices", "catalog parts", "device", "name", "opn",
+        "flash list", "flash identify", "flash define", "flash check", "hps list", "hps add",
+        "hps remove", "generate device\\-info", "generate flash", "generate all", "dump",
+        "completion",
+        // every command's options, not only the tool's own
+        "\\-\\-released", "\\-\\-device\\-id", "\\-\\-sfdp\\-dir", "\\-\\-force",
+        "Usage: pgmdev hps list", "Exit codes:", "PGMDEV_DEVICE_DB_DIR"}) {
     EXPECT_NE(text.find(command), std::string::npos) << command;
   }
 }

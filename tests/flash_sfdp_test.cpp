@@ -157,7 +157,12 @@ TEST(FlashSfdp, DumpFormatsGiveTheSameBytes) {
   const std::vector<BYTE> sst = dump("sst_sst26vf064b.hex");
   EXPECT_EQ(sst.size(), 608u);
   EXPECT_EQ(dump("sst_sst26vf064b.hexdump"), sst);  // hexdump -C with "*" repeats
-  EXPECT_EQ(dump("winbond_w25q80bl.xxd"), dump("winbond_w25q80bl.hex"));  // xxd -p lines
+  EXPECT_EQ(dump("winbond_w25q80bl.xxd"), dump("winbond_w25q80bl.hex"));        // xxd -p lines
+  EXPECT_EQ(dump("winbond_w25q80bl.xxd-plain"), dump("winbond_w25q80bl.hex"));  // plain xxd
+  EXPECT_EQ(dump("sst_sst26vf064b.xxd-g1"), sst);                               // xxd -g1
+  // xxd -a: "*" for lines of zeros; the characters at the end are checked against the bytes.
+  EXPECT_EQ(PGMDEV_SFDP::dump_bytes("00000000: 5346 0000  SF..\n*\n0000000c: 4450  DP\n"),
+            (std::vector<BYTE>{0x53, 0x46, 0, 0, 0x53, 0x46, 0, 0, 0x53, 0x46, 0, 0, 0x44, 0x50}));
   const std::string raw(sst.begin(), sst.end());
   EXPECT_EQ(PGMDEV_SFDP::dump_bytes(raw), sst);
   EXPECT_EQ(PGMDEV_SFDP::dump_bytes(" 53 46\n44 50 "), (std::vector<BYTE>{0x53, 0x46, 0x44, 0x50}));
@@ -170,7 +175,10 @@ TEST(FlashSfdp, DumpFormatsGiveTheSameBytes) {
   ASSERT_EQ(space.size(), 16u << 20);
   EXPECT_EQ(std::count(space.begin(), space.end(), 0xFF), (16 << 20) - 1);
   EXPECT_EQ(space.back(), 0xEE);
-  for (const char* bad : {"5346445", "53 46 4g", "00000000  53 zz  |S|", "00000010  53  |S|"}) {
+  for (const char* bad :
+       {"5346445", "53 46 4g", "00000000  53 zz  |S|", "00000010  53  |S|",
+        // xxd -e: each group's bytes reversed; an odd group; a wrong offset
+        "00000000: 50444653 ff000105  SFDP........", "00000000: 534  S", "00000004: 5346  SF"}) {
     EXPECT_THROW(PGMDEV_SFDP::dump_bytes(bad), PGMDEV_SFDP_ERROR) << bad;
   }
 }

@@ -92,12 +92,17 @@ def test_sfdp_and_the_user_value_agree_with_the_tool(dump):
 
 
 def test_check_gives_the_reason_a_value_is_refused(monkeypatch):
-    derived = pgmdev.sfdp_derive(os.path.join(SFDP_DIR, DUMPS[0]), dump_id(DUMPS[0]))
-    broken = dict(derived["definition"], sec_erase_time=61)
-    verdict = pgmdev.flash_check(pgmdev.flash_seal(broken))
-    assert not verdict["loads"] and verdict["reason"] == "rule refused: sec_erase_time is 1 to 60"
-    assert verdict == tool_json("flash", "check", pgmdev.flash_seal(broken), refused=True)
-    unsealed = pgmdev.flash_encode(pgmdev.flash_decode(pgmdev.flash_seal(broken)).split("#")[0])
+    # The dialogue takes a protection divisor of 20, which the loader refuses.
+    answers = ("1\nAcme\nAC25Q128\nEF\n2\n40\n1\n1\n0\nY\nN\nN\nN\nN\nN\n1\n128\n64\n200\n3\n"
+               "3000\n1C\n1C\n0\n20\n-1\nN\n3.3V\n")
+    code, out, err = run_tool("flash", "define", stdin=answers)
+    assert code == 0, err
+    broken = out.strip()
+    verdict = pgmdev.flash_check(broken)
+    assert not verdict["loads"]
+    assert verdict["reason"] == "rule refused: protection_division is at most 31, or 255"
+    assert verdict == tool_json("flash", "check", broken, refused=True)
+    unsealed = pgmdev.flash_encode(pgmdev.flash_decode(broken).split("#")[0])
     assert pgmdev.flash_check(unsealed)["refused_at"] == "seal"
     # A value set for the flash manager and refused is a warning with the same reason.
     monkeypatch.setenv("PGM_3RD_PARTY_FLASH_INI", unsealed)
@@ -182,7 +187,7 @@ def test_generators_write_what_the_tool_writes(tmp_path):
     shipped = os.path.join(pgmdev.paths()["device_db"], "programmer", "pgm_dev_info.pcf")
     pgmdev.generate_device_info(os.path.join(data, "pgm_dev_info.csv"), str(tmp_path / "d.pcf"))
     assert filecmp.cmp(tmp_path / "d.pcf", shipped, shallow=False)
-    with pytest.raises(ValueError) as raised:
+    with pytest.raises(FileNotFoundError) as raised:
         pgmdev.generate_flash(str(tmp_path / "none.csv"), str(tmp_path / "x.pcf"))
     assert str(raised.value) == tool_error("generate", "flash", str(tmp_path / "none.csv"),
                                            str(tmp_path / "x.pcf"))
@@ -202,15 +207,40 @@ def test_a_corrupt_database_raises_internal_error(tmp_path, monkeypatch):
     assert str(tmp_path) in str(error) and "is not a device information file (magic" in str(error)
 
 
-def test_a_broken_table_raises_internal_error_as_the_tool_reports_it(tmp_path):
+def test_a_broken_table_is_a_value_error_as_the_tool_reports_it(tmp_path):
+    # Bad input (exit 1 for the tool), not a broken invariant: ValueError, the same sentence.
     source = os.path.join(SOURCE_DIR, "data", "pgm_dev_info.csv")
     cut = tmp_path / "cut.csv"
     with open(source, encoding="utf-8") as lines:
         cut.write_text("".join(line[:100].rstrip("\n") + "\n" for line in lines))
-    with pytest.raises(pgmdev.InternalError) as raised:
+    with pytest.raises(ValueError) as raised:
         pgmdev.generate_device_info(str(cut), str(tmp_path / "out.pcf"))
-    error = raised.value
-    assert error.condition and error.module.startswith("pgm/pgmdev/") and error.line > 0
     assert not (tmp_path / "out.pcf").exists()
-    _, _, err = run_tool("generate", "device-info", str(cut), str(tmp_path / "out.pcf"))
-    assert f"pgmdev: {error}\n" in err and str(cut) in str(error)
+    code, _, err = run_tool("generate", "device-info", str(cut), str(tmp_path / "out.pcf"))
+    assert code == 1 and f"pgmdev: {raised.value}\n" in err and str(cut) in str(raised.value)
+    flash = tmp_path / "flash.csv"
+    rows = open(os.path.join(SOURCE_DIR, "data", "pgm_flash.csv"), encoding="utf-8").readlines()
+    cells = rows[12].split(",")
+    rows[12] = ",".join(cells[:3] + ["ZZ"] + cells[4:])
+    flash.write_text("".join(rows))
+    with pytest.raises(ValueError, match="has a bad value at row"):
+        pgmdev.generate_flash(str(flash), str(tmp_path / "f.pcf"))
+
+
+def test_library_warnings_are_runtime_warnings(monkeypatch, user_folder):
+    monkeypatch.setenv("PGM_3RD_PARTY_FLASH_INI", "NOTAVALUE")
+    with pytest.warns(RuntimeWarning, match="PGM_3RD_PARTY_FLASH_INI is not loaded"):
+        with pgmdev.FlashManager() as flash:
+            assert flash.records
+    (user_folder / "pgm_flash.ini").write_bytes(b"PGMDEV_FLASH_INI" + bytes(3))
+    with pytest.warns(RuntimeWarning, match="is not a valid flash INI data file"):
+        pgmdev.hps_list("nand")
+
+
+def test_seal_refuses_definitions_that_would_not_load():
+    derived = pgmdev.sfdp_derive(os.path.join(SFDP_DIR, DUMPS[0]), dump_id(DUMPS[0]))
+    for change, reason in (({"memory_id": "x"}, "memory_id"),
+                           ({"sec_erase_time": 61}, "rule refused: sec_erase_time is 1 to 60"),
+                           ({"program_utime": 999}, "program_utime")):
+        with pytest.raises(ValueError, match="the definition would not load: .*" + reason):
+            pgmdev.flash_seal(dict(derived["definition"], **change))

@@ -5,7 +5,7 @@ import warnings
 
 import pgmdev
 import pytest
-from conftest import SOURCE_DIR, sample, tool_error, tool_json
+from conftest import run_tool, SOURCE_DIR, sample, tool_error, tool_json
 
 PARTS = sample(tool_json("catalog", "parts", "--hidden"), 25)
 
@@ -80,7 +80,12 @@ def test_a_question_without_a_name_is_a_value_error(monkeypatch, tmp_path):
     monkeypatch.setenv("PGMDEV_DEVICE_DB_DIR", str(tmp_path / "none"))
     with pytest.raises(ValueError) as raised:
         pgmdev.device()
-    assert str(raised.value) == tool_error("device")
+    assert str(raised.value) == "say what to look up: family=, device=, part= or pcf="
+    # One name only, as the tool takes one option.
+    with pytest.raises(ValueError, match="give one of family=, device=, part= or pcf=, not "
+                                         "device=, part="):
+        pgmdev.device(part="ZQ160M8C6", device="ZQ160")
+    assert run_tool("device", "--part", "ZQ160M8C6", "--device", "ZQ160")[0] == 2
     with pytest.raises(FileNotFoundError) as raised:
         pgmdev.device(part="ZQ160M8C6")
     assert str(raised.value) == tool_error("device", "--part", "ZQ160M8C6")

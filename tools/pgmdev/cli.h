@@ -40,6 +40,11 @@ void add_json_flag(CLI::App* command, Options& options);
 // directory) when it is missing.
 void require_database_file(const std::string& relative, const std::string& what);
 
+// A filter that cannot match is bad input: nothing when `value` is one of `held` (case
+// ignored), else a CliError with `sentence` and, for `names`, "did you mean"; when nothing
+// is close, the values held.
+void require_held(const std::string& value, const std::vector<std::string>& held,
+                  const std::string& sentence, bool names = true);
 // What is at `path` when it is there but no regular file ("a FIFO", "a folder", ...); ""
 // for a regular or missing file. Asked before an open, which would wait for ever on a FIFO.
 std::string non_regular_kind(const std::string& path);
@@ -66,5 +71,8 @@ void register_completion_command(CLI::App& app);
 
 // Every command by its full path with its description, one a line, under "Commands:".
 std::string command_summary(CLI::App& root);
+// The help of the tool, then of every command below it, each with all its options (what
+// `--help-all` prints and the manual page is made from).
+std::string help_of_every_command(CLI::App& root);
 
 }  // namespace pgmdev::cli

@@ -1,12 +1,14 @@
 // What every command shares: the --json flag, the check that a database file is there and
 // the reading of input files that never blocks.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "cli.h"
 #include "platform.h"
+#include "suggest.h"
 
 namespace pgmdev::cli {
 
@@ -20,6 +22,23 @@ void require_database_file(const std::string& relative, const std::string& what)
     throw DataFileError("the " + what + " is missing: " + path +
                         "; run 'pgmdev generate all' or set PGMDEV_DEVICE_DB_DIR");
   }
+}
+
+void require_held(const std::string& value, const std::vector<std::string>& held,
+                  const std::string& sentence, bool names) {
+  std::vector<std::string> unique;
+  for (const std::string& candidate : held) {
+    if (gen_stricmp(candidate.c_str(), value.c_str()) == 0) return;
+    if (std::find(unique.begin(), unique.end(), candidate) == unique.end()) {
+      unique.push_back(candidate);
+    }
+  }
+  std::vector<std::string> close = names ? suggest(value, unique) : std::vector<std::string>{};
+  if (!close.empty()) throw CliError(sentence, std::move(close));
+  std::string listed;
+  for (const std::string& candidate : unique) listed += (listed.empty() ? "" : ", ") + candidate;
+  throw CliError(sentence +
+                 (listed.empty() ? "; the list is empty" : "; the list holds " + listed));
 }
 
 std::string non_regular_kind(const std::string& path) {
@@ -37,12 +56,13 @@ std::string non_regular_kind(const std::string& path) {
 std::string read_input_file(const std::string& path, const std::string& what) {
   const std::string named = what.empty() ? path : what + " " + path;
   const std::string kind = non_regular_kind(path);
-  if (!kind.empty()) throw CliError(named + " is " + kind + ", not a regular file");
+  // A file to read that is not there or not usable is exit 4, as a corrupt one is.
+  if (!kind.empty()) throw DataFileError(named + " is " + kind + ", not a regular file");
   std::ifstream in(path, std::ios::binary);
-  if (!in) throw CliError("cannot read " + named);
+  if (!in) throw DataFileError("cannot read " + named);
   std::ostringstream content;
   content << in.rdbuf();
-  if (in.bad()) throw CliError("cannot read " + named);
+  if (in.bad()) throw DataFileError("cannot read " + named);
   return content.str();
 }
 

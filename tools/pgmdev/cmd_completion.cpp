@@ -1,5 +1,6 @@
 // `pgmdev completion bash|zsh`: a shell completion script written from the command tree
-// itself, so it can never lag behind the commands and options the tool has.
+// itself, so it can never lag behind the commands and options the tool has, with the
+// catalogue's family and device names and the words KIND and SHELL take.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
@@ -7,51 +8,96 @@
 #include <sstream>
 
 #include "cli.h"
+#include "names.h"
 #include "output.h"
 
 namespace pgmdev::cli {
 
 namespace {
 
-// One bash associative-array entry per command: its path, then the words that may follow.
-void collect(CLI::App* command, const std::string& path, std::string& subs, std::string& options) {
+std::string joined(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
+  return text;
+}
+
+// The words an option's or argument's value may be, by its name: catalogue names for
+// --family and --device, the two kinds and the two shells.
+std::string value_words(const std::string& name) {
+  if (name == "--family") return joined(catalog_family_names());
+  if (name == "--device") return joined(catalog_device_names());
+  if (name == "KIND") return "spi nand";
+  if (name == "SHELL") return "bash zsh";
+  return "";
+}
+
+struct Words {
+  std::string subs, options, values, arguments;
+};
+
+// Bash associative-array entries per command path: the subcommands and options that may
+// follow it, the values of its options ("path --option") and of its first argument.
+void collect(CLI::App* command, const std::string& path, Words& words) {
   std::string sub_words, option_words;
   for (const CLI::App* sub : command->get_subcommands([](CLI::App*) { return true; })) {
     sub_words += (sub_words.empty() ? "" : " ") + sub->get_name();
   }
+  bool first_argument = true;
   for (const CLI::Option* option : command->get_options()) {
     for (const std::string& name : option->get_lnames()) {
       option_words += (option_words.empty() ? "" : " ") + ("--" + name);
+      const std::string values = value_words("--" + name);
+      if (!values.empty())
+        words.values += "  [\"" + path + " --" + name + "\"]=\"" + values + "\"\n";
+    }
+    if (option->get_lnames().empty() && first_argument) {
+      first_argument = false;
+      const std::string values = value_words(option->get_name());
+      if (!values.empty()) words.arguments += "  [\"" + path + "\"]=\"" + values + "\"\n";
     }
   }
-  subs += "  [\"" + path + "\"]=\"" + sub_words + "\"\n";
-  options += "  [\"" + path + "\"]=\"" + option_words + "\"\n";
+  words.subs += "  [\"" + path + "\"]=\"" + sub_words + "\"\n";
+  words.options += "  [\"" + path + "\"]=\"" + option_words + "\"\n";
   for (CLI::App* sub : command->get_subcommands([](CLI::App*) { return true; })) {
-    collect(sub, path + " " + sub->get_name(), subs, options);
+    collect(sub, path + " " + sub->get_name(), words);
   }
 }
 
 std::string bash_script(CLI::App& root) {
-  std::string subs, options;
-  collect(&root, "pgmdev", subs, options);  // bash refuses an empty key
+  Words words;
+  collect(&root, "pgmdev", words);  // bash refuses an empty key
   return "# bash completion for pgmdev, written by 'pgmdev completion bash'\n"
          "declare -gA _pgmdev_subcommands=(\n" +
-         subs +
+         words.subs +
          ")\n"
          "declare -gA _pgmdev_options=(\n" +
-         options +
+         words.options +
+         ")\n"
+         "declare -gA _pgmdev_values=(\n" +
+         words.values +
+         ")\n"
+         "declare -gA _pgmdev_arguments=(\n" +
+         words.arguments +
          ")\n"
          "_pgmdev() {\n"
-         "  local cur=\"${COMP_WORDS[COMP_CWORD]}\" path=pgmdev word i\n"
+         "  local cur=\"${COMP_WORDS[COMP_CWORD]}\" prev=\"${COMP_WORDS[COMP_CWORD-1]}\"\n"
+         "  local path=pgmdev word i last=0\n"
          "  # The command reached so far: each word that is a subcommand of the path before it.\n"
          "  for ((i = 1; i < COMP_CWORD; i++)); do\n"
          "    word=\"${COMP_WORDS[i]}\"\n"
          "    if [[ \" ${_pgmdev_subcommands[$path]} \" == *\" $word \"* ]]; then\n"
          "      path=\"$path $word\"\n"
+         "      last=$i\n"
          "    fi\n"
          "  done\n"
          "  local words=\"${_pgmdev_subcommands[$path]}\"\n"
-         "  if [[ \"$cur\" == -* ]]; then words=\"${_pgmdev_options[$path]}\"; fi\n"
+         "  if [[ \"$cur\" == -* ]]; then\n"
+         "    words=\"${_pgmdev_options[$path]}\"\n"
+         "  elif [[ -v \"_pgmdev_values[$path $prev]\" ]]; then\n"
+         "    words=\"${_pgmdev_values[$path $prev]}\"\n"
+         "  elif ((last == COMP_CWORD - 1)) && [[ -v \"_pgmdev_arguments[$path]\" ]]; then\n"
+         "    words=\"${_pgmdev_arguments[$path]}\"\n"
+         "  fi\n"
          "  COMPREPLY=($(compgen -W \"$words\" -- \"$cur\"))\n"
          "}\n"
          "complete -F _pgmdev pgmdev\n";
@@ -85,6 +131,32 @@ std::string command_summary(CLI::App& root) {
     text << "  " << path << std::string(width - path.size() + 2, ' ') << description << '\n';
   }
   return text.str();
+}
+
+namespace {
+
+void add_help(CLI::App* command, const std::string& path, std::string& text) {
+  for (CLI::App* sub : command->get_subcommands([](CLI::App*) { return true; })) {
+    const std::string sub_path = path + " " + sub->get_name();
+    std::string help = sub->help();
+    // The footer of the root (commands, environment, exit codes) is said once, at the top.
+    const std::string footer = sub->get_footer();
+    if (!footer.empty() && help.find(footer) != std::string::npos) help.erase(help.find(footer));
+    const std::string usage = "Usage: " + sub->get_name() + " ";
+    if (help.find(usage) != std::string::npos) {
+      help.replace(help.find(usage), usage.size(), "Usage: " + sub_path + " ");
+    }
+    text += "\n" + sub_path + "\n" + help;
+    add_help(sub, sub_path, text);
+  }
+}
+
+}  // namespace
+
+std::string help_of_every_command(CLI::App& root) {
+  std::string text = root.help();
+  add_help(&root, "pgmdev", text);
+  return text;
 }
 
 void register_completion_command(CLI::App& app) {

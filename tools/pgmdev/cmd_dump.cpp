@@ -88,10 +88,10 @@ nlohmann::ordered_json dump_flash(const fs::path& file) {
 void dump(const std::string& path) {
   // Checked before the open, which would wait for ever on a FIFO.
   const std::string kind = non_regular_kind(path);
-  if (!kind.empty()) throw CliError(path + " is " + kind + ", not a regular file");
+  if (!kind.empty()) throw DataFileError(path + " is " + kind + ", not a regular file");
   const MSG_CONTEXT where("file", path);
   std::ifstream in(path, std::ios::binary);
-  if (!in) throw CliError("cannot open " + path);
+  if (!in) throw DataFileError("cannot open " + path);
   std::string magic(8, '\0');
   in.read(magic.data(), 8);
   if (!in) magic.clear();
@@ -101,7 +101,7 @@ void dump(const std::string& path) {
   } else if (magic == "PGMIO_FM") {
     document = dump_flash(path);
   } else {
-    throw CliError(path + " is neither a device information nor a flash database file");
+    throw DataFileError(path + " is neither a device information nor a flash database file");
   }
   document["file"] = path;
   print_json(std::cout, document);

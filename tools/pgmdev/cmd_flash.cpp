@@ -24,46 +24,78 @@ const char* const FLASH_FILE = "/programmer/pgm_flash.pcf";
 // The flash manager over the shipped records; a user definition that is set but refused
 // is said as a warning on standard error.
 std::unique_ptr<PGMDEV_FLASH_MANAGER> load_flash_manager(DWORD slots) {
-  return open_flash_manager(
-      slots, [](const std::string& text) { std::cerr << "pgmdev: warning: " << text << '\n'; });
+  return open_flash_manager(slots, [](const std::string& text) { say_warning(text); });
 }
 
 struct FlashFilter {
   std::string manufacturer;  // empty: any
   std::string size;          // Mbit; empty: any
+  std::string name;          // a part of device_name, case ignored; empty: any
   bool all = false;          // also the records a switch keeps out
 };
+
+bool holds_blind(const std::string& text, const std::string& part) {
+  std::string a = text, b = part;
+  return stl_toupper(a).find(stl_toupper(b)) != std::string::npos;
+}
 
 bool passes(const PGMDEV_SFL_FLASH_INFO& r, const FlashFilter& filter) {
   return (filter.manufacturer.empty() ||
           gen_stricmp(r.manufacturer_name.c_str(), filter.manufacturer.c_str()) == 0) &&
-         (filter.size.empty() || std::to_string(r.device_bit_size >> 20) == filter.size);
+         (filter.size.empty() || std::to_string(r.device_bit_size >> 20) == filter.size) &&
+         holds_blind(r.device_name, filter.name);
+}
+
+// A maker, size or name that no record has cannot match: refused, as a mistyped name is.
+void require_matchable(const std::vector<const PGMDEV_SFL_FLASH_INFO*>& records,
+                       const FlashFilter& filter) {
+  std::vector<std::string> makers, names;
+  std::vector<QWORD> sizes;
+  bool name_held = false;
+  for (const PGMDEV_SFL_FLASH_INFO* r : records) {
+    makers.push_back(r->manufacturer_name);
+    names.push_back(r->device_name);
+    sizes.push_back(r->device_bit_size >> 20);
+    name_held = name_held || holds_blind(r->device_name, filter.name);
+  }
+  if (!filter.manufacturer.empty()) {
+    require_held(filter.manufacturer, makers,
+                 "no flash manufacturer is called '" + filter.manufacturer + "'");
+  }
+  if (!name_held) {
+    // A name is searched by a part of it, so the names whose start is close are meant.
+    std::vector<std::string> starts;
+    for (const std::string& name : names) starts.push_back(name.substr(0, filter.name.size()));
+    std::vector<std::string> close;
+    for (const std::string& start : suggest(filter.name, starts, 2)) {
+      for (const std::string& name : names) {
+        if (name.compare(0, start.size(), start) == 0 && close.size() < 5) close.push_back(name);
+      }
+    }
+    throw CliError("no flash chip's name holds '" + filter.name + "'", close);
+  }
+  if (!filter.size.empty()) {
+    std::sort(sizes.begin(), sizes.end());
+    std::vector<std::string> held;
+    for (QWORD size : sizes) held.push_back(std::to_string(size));
+    require_held(filter.size, held, "no flash chip has " + filter.size + " Mbit", false);
+  }
 }
 
 // The records that pass the filter, by their number in the list (from 1).
 std::vector<DWORD> filtered_records(const PGMDEV_FLASH_MANAGER& manager,
                                     const FlashFilter& filter) {
   const PGMDEV_SFL_FLASH_INFO* records = manager.get_flash_database();
-  std::vector<std::string> makers;
+  std::vector<const PGMDEV_SFL_FLASH_INFO*> listed;
   std::vector<DWORD> chosen;
   for (DWORD i = 0; i < manager.get_flash_count(); ++i) {
-    makers.push_back(records[i].manufacturer_name);
+    listed.push_back(&records[i]);
     if (passes(records[i], filter)) chosen.push_back(i);
   }
-  bool gated_chosen = false;
   if (filter.all) {
-    for (const PGMDEV_SFL_FLASH_INFO& r : manager.get_gated_flash_database()) {
-      makers.push_back(r.manufacturer_name);
-      gated_chosen = gated_chosen || passes(r, filter);
-    }
+    for (const PGMDEV_SFL_FLASH_INFO& r : manager.get_gated_flash_database()) listed.push_back(&r);
   }
-  if (!filter.manufacturer.empty() && chosen.empty() && !gated_chosen &&
-      std::none_of(makers.begin(), makers.end(), [&](const std::string& maker) {
-        return gen_stricmp(maker.c_str(), filter.manufacturer.c_str()) == 0;
-      })) {
-    throw CliError("no flash manufacturer is called '" + filter.manufacturer + "'",
-                   suggest(filter.manufacturer, makers));
-  }
+  require_matchable(listed, filter);
   return chosen;
 }
 
@@ -86,10 +118,9 @@ void list_flash(const Options& options, const FlashFilter& filter) {
     entry.update(flash_record_json(r));
     entry["id"] = flash_id_text(r);
     entry["gate"] = gate_text(r);
-    document.push_back(entry);
-    table.add_row({std::to_string(i + 1), r.manufacturer_name, r.device_name, yes_no(r.silicon_id),
-                   yes_no(r.default_dev), r.ini, std::to_string(r.device_bit_size),
-                   std::to_string(r.device_sector_byte), flash_id_text(r), gate_text(r)});
+    entry = columns_first(table.headers(), entry);
+    table.add_json_row(entry);
+    document.push_back(std::move(entry));
   }
   // Records their switch keeps out have no number: they cannot be mapped.
   for (const PGMDEV_SFL_FLASH_INFO& r : manager->get_gated_flash_database()) {
@@ -98,10 +129,9 @@ void list_flash(const Options& options, const FlashFilter& filter) {
     entry.update(flash_record_json(r));
     entry["id"] = flash_id_text(r);
     entry["gate"] = gate_text(r);
-    document.push_back(entry);
-    table.add_row({"-", r.manufacturer_name, r.device_name, yes_no(r.silicon_id),
-                   yes_no(r.default_dev), r.ini, std::to_string(r.device_bit_size),
-                   std::to_string(r.device_sector_byte), flash_id_text(r), gate_text(r)});
+    entry = columns_first(table.headers(), entry);
+    table.add_json_row(entry);
+    document.push_back(std::move(entry));
   }
   if (options.json) {
     print_json(std::cout, document);
@@ -147,8 +177,8 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
       load_flash_manager(static_cast<DWORD>(requests.size()));
   PGMDEV_FLASH_MANAGER& manager = *loaded;
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
-  Table table(
-      {"slot", "id", "silicon_id", "found", "number", "manufacturer_name", "device_name", "Mbit"});
+  Table table({"slot", "id", "silicon_id", "found", "number", "manufacturer_name", "device_name",
+               "device_bit_size"});
   std::string unmatched;
   for (DWORD slot = 0; slot < requests.size(); ++slot) {
     const IdRequest& request = requests[slot];
@@ -164,17 +194,13 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
           manager.explain_unanswered_id(request.by_silicon_id, id);
       entry["explanation"] = flash_explanation_json(why);
       unmatched += (unmatched.empty() ? "" : "\n") + not_found_text(request.text, why);
-      table.add_row({std::to_string(slot + 1), request.text, yes_no(request.by_silicon_id), "no"});
     } else {
       const DWORD index = manager.get_flash_mapping_index(slot, false);
-      const PGMDEV_SFL_FLASH_INFO& r = manager.get_flash_database()[index];
       entry["number"] = index + 1;
-      entry["record"] = flash_record_json(r);
-      table.add_row({std::to_string(slot + 1), request.text, yes_no(request.by_silicon_id), "yes",
-                     std::to_string(index + 1), r.manufacturer_name, r.device_name,
-                     std::to_string(r.device_bit_size)});
+      entry["record"] = flash_record_json(manager.get_flash_database()[index]);
     }
-    document.push_back(entry);
+    table.add_json_row(entry);
+    document.push_back(std::move(entry));
   }
   if (options.json) {
     print_json(std::cout, document);
@@ -251,6 +277,8 @@ void register_flash_commands(CLI::App& app, Options& options) {
   list->add_option("--manufacturer", filter->manufacturer,
                    "Only this maker's chips (case ignored)");
   list->add_option("--size", filter->size, "Only chips of this many Mbit");
+  list->add_option("--name", filter->name,
+                   "Only chips whose device_name holds this text (case ignored)");
   list->add_flag("--all", filter->all,
                  "Also the records a switch PGM_ALLOW_<word> keeps out (no number: they are not "
                  "loaded)");

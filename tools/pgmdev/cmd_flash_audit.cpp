@@ -54,8 +54,7 @@ void add_dumps(PGMDEV_SFDP_AUDIT& audit, const std::filesystem::path& folder) {
     try {
       const std::string chip_line = line_column < cells.size() ? cells[line_column] : "";
       audit.add_dump(
-          file, id,
-          PGMDEV_SFDP(PGMDEV_SFDP::dump_bytes(read_input_file((folder / file).string()))),
+          file, id, PGMDEV_SFDP(PGMDEV_SFDP::dump_bytes(read_input_file((folder / file).string()))),
           chip_line);
     } catch (const PGMDEV_SFDP_ERROR& error) {
       throw CliError(file + ": " + error.what());

@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <sstream>
+#include <tuple>
 
 #include "flash_define.h"
 #include "flash_record.h"
@@ -24,6 +25,9 @@ struct SfdpRequest {
   std::string voltage;
   int dies = 0;
   bool value = false;
+  // Given on the command line: an empty name or voltage, or 0 dies, is refused, not taken
+  // as the default.
+  bool name_given = false, voltage_given = false, dies_given = false;
 };
 
 // Three bytes in the order the chip sends them: "EF4018" or "0xEF4018".
@@ -162,13 +166,23 @@ void print_definition(std::ostream& out, const PGMDEV_SFDP_DEFINITION& definitio
 void run_sfdp(const Options& options, const SfdpRequest& request) {
   const PGMDEV_SFDP sfdp = read_dump(request.file);
   PGMDEV_SFDP_CHOICES choices;
-  if (!request.name.empty()) choices.device_name = request.name;
-  if (!request.voltage.empty()) choices.asc_voltage = request.voltage;
-  if (request.dies) choices.die_count = BYTE(request.dies);
+  for (const auto& [given, option, text] :
+       {std::make_tuple(request.name_given, "--name", request.name),
+        std::make_tuple(request.voltage_given, "--voltage", request.voltage)}) {
+    const std::string reason = given ? PGMDEV_FLASH_DEFINITION::text_refusal(text) : "";
+    if (!reason.empty())
+      throw CliError(std::string(option) + " '" + text + "' is refused: " + reason);
+  }
+  if (request.dies_given && request.dies != 1 && request.dies != 2) {
+    throw CliError("--dies takes 1 or 2, not " + std::to_string(request.dies));
+  }
+  if (request.name_given) choices.device_name = request.name;
+  if (request.voltage_given) choices.asc_voltage = request.voltage;
+  if (request.dies_given) choices.die_count = BYTE(request.dies);
   const PGMDEV_SFDP_DEFINITION definition = derive(sfdp, request.id, choices);
   if (request.value) {
     for (const std::string& warning : definition.warnings()) {
-      std::cerr << "pgmdev: warning: " << warning << '\n';
+      say_warning(warning);
     }
     std::cout << definition.configuration_value() << '\n';
   } else if (options.json) {
@@ -184,17 +198,25 @@ void run_sfdp(const Options& options, const SfdpRequest& request) {
 void register_flash_sfdp_command(CLI::App* flash, Options& options) {
   auto request = std::make_shared<SfdpRequest>();
   CLI::App* cmd = flash->add_subcommand(
-      "sfdp", "Derive a flash definition from a chip's SFDP dump (hex, hexdump -C or binary)");
+      "sfdp", "Derive a flash definition from a chip's SFDP dump (hex, xxd, hexdump -C or binary)");
   cmd->add_option("FILE", request->file, "The dump of the chip's SFDP area")->required();
   cmd->add_option("--id", request->id,
                   "The chip's 3 identifier bytes as it sends them, e.g. EF4018")
       ->required();
-  cmd->add_option("--name", request->name, "device_name of the definition");
-  cmd->add_option("--voltage", request->voltage, "asc_voltage of the definition (default 3.3V)");
-  cmd->add_option("--dies", request->dies, "die_count of the definition (default 1)");
+  const CLI::Option* name =
+      cmd->add_option("--name", request->name, "device_name of the definition (default SFDP-<id>)");
+  const CLI::Option* voltage = cmd->add_option("--voltage", request->voltage,
+                                               "asc_voltage of the definition (default 3.3V)");
+  const CLI::Option* dies =
+      cmd->add_option("--dies", request->dies, "die_count of the definition, 1 or 2 (default 1)");
   cmd->add_flag("--value", request->value, "Print only the sealed configuration value");
   add_json_flag(cmd, options);
-  cmd->callback([&options, request] { run_sfdp(options, *request); });
+  cmd->callback([&options, request, name, voltage, dies] {
+    request->name_given = name->count() > 0;
+    request->voltage_given = voltage->count() > 0;
+    request->dies_given = dies->count() > 0;
+    run_sfdp(options, *request);
+  });
   register_flash_audit_command(flash, options);
 }
 
@@ -217,9 +239,11 @@ class ASK {
  public:
   explicit ASK(std::istream& input) : m_input(input) {}
 
-  std::string text(const char* prompt) {
+  // With a default, an empty answer (Enter) takes it.
+  std::string text(const std::string& prompt, const std::string& fallback = "") {
     for (;;) {
-      std::string answer = line(prompt);
+      std::string answer = line(prompt.c_str());
+      if (answer.empty() && !fallback.empty()) return fallback;
       const std::string reason = PGMDEV_FLASH_DEFINITION::text_refusal(answer);
       if (reason.empty()) return answer;
       say_refused(reason, "1 to 19 characters");
@@ -240,8 +264,9 @@ class ASK {
     limits << (none != -2 ? "-1 or " : "") << std::uppercase << std::hex << low << " to " << high
            << " (hexadecimal)";
     for (;;) {
-      const std::string answer = line(prompt);
+      std::string answer = line(prompt);
       if (none != -2 && answer == "-1") return none;
+      if (answer.size() > 2 && answer.rfind("0X", 0) == 0) answer.erase(0, 2);  // as elsewhere
       const bool digits = !answer.empty() && answer.size() <= 2 &&
                           answer.find_first_not_of("0123456789ABCDEF") == std::string::npos;
       const unsigned value = digits ? unsigned(std::stoul(answer, nullptr, 16)) : high + 1;
@@ -284,7 +309,6 @@ bool define_from_sfdp(const Options& options, const SfdpDefineRequest& request,
   if (request.file.empty()) return false;
   const PGMDEV_SFDP sfdp = read_dump(request.file);
   PGMDEV_SFDP_CHOICES choices;
-  derive(sfdp, request.id, choices);  // refuses a bad identifier before any question
   if (!request.name.empty()) {
     const std::string reason = PGMDEV_FLASH_DEFINITION::text_refusal(request.name);
     if (!reason.empty()) throw CliError("--name '" + request.name + "' is refused: " + reason);
@@ -292,8 +316,11 @@ bool define_from_sfdp(const Options& options, const SfdpDefineRequest& request,
   std::cerr << "The tables of " << request.file << " tell the size, erase sizes and times; "
             << "the questions below are what they leave open.\n";
   ASK ask(input);
-  choices.device_name = request.name.empty() ? ask.text("Device Name : ")
-                                             : PGMDEV_FLASH_DEFINITION::normalise(request.name);
+  // The name the definition gets without one, shown as the answer Enter takes.
+  const std::string fallback = derive(sfdp, request.id, choices).record().device_name;
+  choices.device_name = request.name.empty()
+                            ? ask.text("Device Name [" + fallback + "] : ", fallback)
+                            : PGMDEV_FLASH_DEFINITION::normalise(request.name);
   ask_open_questions(ask, choices);
   const PGMDEV_SFDP_DEFINITION definition = derive(sfdp, request.id, choices);
   std::cerr << "\n";

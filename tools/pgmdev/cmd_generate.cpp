@@ -25,7 +25,7 @@ namespace {
 namespace fs = std::filesystem;
 
 void require_source(const std::string& path) {
-  if (!fs::is_regular_file(path)) throw CliError("no source table at " + path);
+  if (!fs::is_regular_file(path)) throw DataFileError("no source table at " + path);
 }
 
 // The files written, reported together once the command has done its work.
@@ -69,10 +69,10 @@ void generate_device_info(const std::string& csv, const std::string& out,
   // The generator reads the parts list from the installation directory.
   if (!install_dir.empty()) cfg_set_value("PGMDEV_INSTALL_DIR", install_dir);
   const std::string parts = gen_get_korvel_path() + "/h/pgm_parts.txt";
-  if (!fs::is_regular_file(parts)) throw CliError("no parts list at " + parts);
+  if (!fs::is_regular_file(parts)) throw DataFileError("no parts list at " + parts);
   // A family without a row is a notice for the maintainer running this, not a mail.
   PGM_COMMON::set_email_hook([](const std::string&, const std::string& text, const std::string&) {
-    std::cerr << "pgmdev: notice: " << text.substr(0, text.find('\n')) << '\n';
+    say_notice(text.substr(0, text.find('\n')));
   });
   make_output_folder(out);
   generating(out, [&] {
@@ -155,7 +155,7 @@ void generate_all(const std::string& data, const std::string& out_option, Writte
   if (!ready || !tree.replace_all(error, note)) {
     throw CliError(error + "; the tree " + out.string() + " was left as it was");
   }
-  if (!note.empty()) std::cerr << "pgmdev: warning: " << note << '\n';
+  if (!note.empty()) say_warning(note);
   written.push_back(parts_out.string());
   for (const char* name : {"pgm_dev_info.pcf", "pgm_flash.pcf"}) {
     written.push_back((out / "programmer" / name).string());

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <iostream>
@@ -29,49 +30,34 @@ std::pair<DWORD, DWORD> filter_columns(const HPS_KIND<RECORD>& kind) {
   return kind.section == PGMDEV_FLASH_INI_HPS_SPI ? std::make_pair(4u, 6u) : std::make_pair(0u, 2u);
 }
 
+// A record's maker and size as the filters name them: SPI by maker name, NAND by its ID
+// byte ("0x2C"); the size in the unit the dialogue asks for.
 template <class RECORD>
-bool passes(const HPS_KIND<RECORD>& kind, const RECORD& record, const HpsFilter& filter) {
+std::pair<std::string, std::string> filter_keys(const HPS_KIND<RECORD>& kind,
+                                                const RECORD& record) {
   const auto [maker, size] = filter_columns(kind);
   const nlohmann::ordered_json json = hps_record_json(kind, record);
-  if (!filter.manufacturer.empty()) {
-    const nlohmann::ordered_json& value = json[kind.keys[maker]];
-    unsigned long long id = 0;
-    const bool same = value.is_string()
-                          ? gen_stricmp(value.template get<std::string>().c_str(),
-                                        filter.manufacturer.c_str()) == 0
-                          : parse_hex(filter.manufacturer, id) && id == value.template get<QWORD>();
-    if (!same) return false;
-  }
-  if (!filter.size.empty()) {
-    const QWORD stored = json[kind.keys[size]].template get<QWORD>();
-    if (std::to_string(stored / kind.rules[size].multiple) != filter.size) return false;
-  }
-  return true;
+  const nlohmann::ordered_json& id = json[kind.keys[maker]];
+  return {id.is_string() ? id.template get<std::string>() : hex_text(id.template get<QWORD>(), 2),
+          std::to_string(json[kind.keys[size]].template get<QWORD>() / kind.rules[size].multiple)};
 }
 
-// The records that pass the filter as the JSON list and as the table of `hps list`.
-template <class RECORD, class MGR>
-nlohmann::ordered_json listing(const HPS_KIND<RECORD>& kind, const HpsFilter& filter,
-                               Table& table) {
+// The filter in the form of `filter_keys`; a NAND maker that is not hex is refused.
+template <class RECORD>
+HpsFilter normal_filter(const HPS_KIND<RECORD>& kind, const HpsFilter& filter) {
   if (!filter.size.empty() && filter.size.find_first_not_of("0123456789") != std::string::npos) {
     throw CliError("--size takes a whole number, not '" + filter.size + "'");
   }
-  MGR* manager = MGR::get_mgr();
-  const auto& records = manager->get_list();
-  const size_t users = manager->get_user_list().size();
-  nlohmann::ordered_json document = nlohmann::ordered_json::array();
-  for (size_t i = 0; i < records.size(); ++i) {
-    if (!passes(kind, *records[i], filter)) continue;
-    const char* source = i < users ? "user" : "built-in";
-    nlohmann::ordered_json entry = {{"number", i + 1}, {"source", source}};
-    entry.update(hps_record_json(kind, *records[i]));
-    document.push_back(entry);
-    std::vector<std::string> row = {std::to_string(i + 1), source};
-    for (DWORD column : kind.table_columns) row.push_back(cell(kind, *records[i], column));
-    table.add_row(row);
+  HpsFilter normal = filter;
+  unsigned long long id = 0;
+  if (kind.section == PGMDEV_FLASH_INI_HPS_NAND && !filter.manufacturer.empty()) {
+    if (!parse_hex(filter.manufacturer, id) || id > 0xFF) {
+      throw CliError("--manufacturer takes the maker's ID byte in hex for NAND flash, not '" +
+                     filter.manufacturer + "'");
+    }
+    normal.manufacturer = hex_text(id, 2);
   }
-  MGR::delete_mgr();  // the next question reads the data file afresh
-  return document;
+  return normal;
 }
 
 template <class RECORD>
@@ -79,6 +65,54 @@ Table list_table(const HPS_KIND<RECORD>& kind) {
   std::vector<std::string> headers = {"number", "source"};
   for (DWORD column : kind.table_columns) headers.push_back(kind.keys[column]);
   return Table(headers);
+}
+
+// The records that pass the filter as the JSON list and as the table of `hps list`.
+template <class RECORD, class MGR>
+nlohmann::ordered_json listing(const HPS_KIND<RECORD>& kind, const HpsFilter& filter,
+                               Table& table) {
+  const HpsFilter wanted = normal_filter(kind, filter);
+  MGR* manager = MGR::get_mgr();
+  const auto& records = manager->get_list();
+  const size_t users = manager->get_user_list().size();
+  nlohmann::ordered_json document = nlohmann::ordered_json::array();
+  const std::vector<std::string> headers = list_table(kind).headers();
+  std::vector<std::string> makers, sizes;
+  for (size_t i = 0; i < records.size(); ++i) {
+    const auto [maker, size] = filter_keys(kind, *records[i]);
+    makers.push_back(maker);
+    sizes.push_back(size);
+    if (!wanted.manufacturer.empty() &&
+        gen_stricmp(maker.c_str(), wanted.manufacturer.c_str()) != 0) {
+      continue;
+    }
+    if (!wanted.size.empty() && size != wanted.size) continue;
+    const char* source = i < users ? "user" : "built-in";
+    nlohmann::ordered_json entry = {{"number", i + 1}, {"source", source}};
+    entry.update(hps_record_json(kind, *records[i]));
+    document.push_back(columns_first(headers, entry));
+    std::vector<std::string> row = {std::to_string(i + 1), source};
+    for (DWORD column : kind.table_columns) row.push_back(cell(kind, *records[i], column));
+    table.add_row(row);
+  }
+  MGR::delete_mgr();  // the next question reads the data file afresh
+  // A maker or a size that no record has cannot match: refused, as a mistyped name is.
+  const bool spi = kind.section == PGMDEV_FLASH_INI_HPS_SPI;
+  const std::string what = spi ? "SPI flash" : "NAND flash";
+  if (!wanted.manufacturer.empty()) {
+    require_held(wanted.manufacturer, makers,
+                 spi ? "no " + what + " manufacturer is called '" + filter.manufacturer + "'"
+                     : "no " + what + " has the manufacturer ID " + wanted.manufacturer,
+                 spi);
+  }
+  if (!wanted.size.empty()) {
+    std::sort(sizes.begin(), sizes.end(), [](const std::string& a, const std::string& b) {
+      return a.size() != b.size() ? a.size() < b.size() : a < b;
+    });
+    require_held(wanted.size, sizes,
+                 "no " + what + " has " + wanted.size + (spi ? " Mbit" : " Mbyte"), false);
+  }
+  return document;
 }
 
 nlohmann::ordered_json listing(bool spi, const HpsFilter& filter, Table& table) {
@@ -107,6 +141,11 @@ nlohmann::ordered_json hps_list_json(bool spi, const HpsFilter& filter) {
 
 namespace {
 
+// The built-in list holds the identifier this way (Micron's 20 BA 17 is 0x17BA20).
+constexpr const char* SPI_ID_ORDER =
+    "The Silicon ID is the JEDEC ID (command 9Fh) with the first byte read as the lowest:\n"
+    "a chip that answers 20 BA 17 (maker first) is 17BA20.\n";
+
 std::string flash_ini_path() { return gen_get_module_path() + "/pgm_flash.ini"; }
 
 // Asked before any question: answers are not worth giving for a file that cannot be written.
@@ -124,6 +163,7 @@ void add(const Options& options, const HPS_KIND<RECORD>& kind, bool force) {
   // Before the questions, not after them.
   require_writable_flash_ini();
   if (!force) check_data_file_before_edit();
+  if (kind.section == PGMDEV_FLASH_INI_HPS_SPI) std::cerr << SPI_ID_ORDER;
   RECORD record;
   prompt_record(kind, record, std::cin, std::cerr);
   append_user_record(kind, record, force);

@@ -25,40 +25,39 @@ void show_info(const Options& options) {
   };
   const std::string config_file = cfg_get_value("PGMDEV_CONFIG_FILE");
   const std::string config_problem = cfg_file_problem();
+  nlohmann::ordered_json document = {
+      {"version", ver_get_version()},
+      {"version_index", ver_get_current_version_index_number()},
+      {"device_db_dir", db_dir},
+      {"install_dir", gen_get_korvel_path()},
+      {"module_dir", gen_get_module_path()},
+      {"config_file", config_file},
+      {"config_file_problem", config_problem},
+  };
+  Table table({"name", "path", "exists"});
+  nlohmann::ordered_json listed = nlohmann::ordered_json::array();
+  for (const Location& file : files) {
+    listed.push_back({{"name", file.name},
+                      {"path", file.path},
+                      {"exists", FIO_FILE_SYSTEM::exists(file.path.c_str())}});
+    table.add_json_row(listed.back());
+  }
   if (options.json) {
-    nlohmann::json document = {
-        {"version", ver_get_version()},
-        {"version_index", ver_get_current_version_index_number()},
-        {"device_db_dir", db_dir},
-        {"install_dir", gen_get_korvel_path()},
-        {"module_dir", gen_get_module_path()},
-        {"config_file", config_file},
-        {"config_file_problem", config_problem},
-        {"files", nlohmann::json::array()},
-    };
-    for (const Location& file : files) {
-      document["files"].push_back({{"name", file.name},
-                                   {"path", file.path},
-                                   {"exists", FIO_FILE_SYSTEM::exists(file.path.c_str())}});
-    }
+    document["files"] = listed;
     print_json(std::cout, document);
     return;
   }
-  Fields fields = {
-      {"version", ver_get_version()},
-      {"version index", hex_text(ver_get_current_version_index_number())},
-      {"device database dir", db_dir},
-      {"installation dir", gen_get_korvel_path()},
-      {"module dir", gen_get_module_path()},
-      {"configuration file", config_file.empty()      ? "(none)"
-                             : config_problem.empty() ? config_file
-                                                      : config_file + "  (" + config_problem + ")"},
-  };
-  for (const Location& file : files) {
-    const bool exists = FIO_FILE_SYSTEM::exists(file.path.c_str());
-    fields.emplace_back(file.name, file.path + (exists ? "" : "  (missing)"));
-  }
+  // The same keys as the JSON answer; its files as a table below.
+  Fields fields;
+  for (const auto& [key, value] : document.items()) fields.emplace_back(key, cell_text(value));
+  fields[1].second = hex_text(document["version_index"].get<DWORD>());
+  // The readable form says a problem beside the file, as "(missing)" beside a data file.
+  if (config_file.empty()) fields[5].second = "(none)";
+  if (!config_problem.empty()) fields[5].second += "  (" + config_problem + ")";
+  fields.pop_back();
   print_fields(std::cout, fields);
+  std::cout << '\n';
+  table.print(std::cout);
 }
 
 }  // namespace

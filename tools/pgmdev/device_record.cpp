@@ -37,7 +37,7 @@ struct RECORD_FORMATTER {
     put(column, name, name.empty() ? "-" : name + " (" + std::to_string(part) + ")");
   }
   void operator()(DWORD column, const std::string& value) { put(column, value, value); }
-  void operator()(DWORD column, bool value) { put(column, value, value ? "true" : "false"); }
+  void operator()(DWORD column, bool value) { put(column, value, yes_no(value)); }
   void operator()(DWORD column, BYTE value) { put(column, value, std::to_string(value)); }
   void operator()(DWORD column, WORD value) { put(column, value, std::to_string(value)); }
   void operator()(DWORD column, DWORD value) {

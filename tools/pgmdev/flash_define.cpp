@@ -26,7 +26,16 @@ int ask_count(std::istream& input) {
 
 struct Chip {
   std::string manufacturer_name, device_name;
+  std::string caution;  // why the chip, though defined, will not load; empty when it will
 };
+
+// Hexadecimal is taken with or without "0x", as everywhere in the tool; the library's
+// dialogue, which replays the answers, takes it without.
+std::string without_hex_prefix(const std::string& answer) {
+  const bool prefixed =
+      answer.size() > 2 && answer[0] == '0' && (answer[1] == 'x' || answer[1] == 'X');
+  return prefixed ? answer.substr(2) : answer;
+}
 
 // One chip's questions; its accepted answers are appended to `script`, one a line.
 Chip ask_chip(std::istream& input, std::string& script) {
@@ -36,10 +45,15 @@ Chip ask_chip(std::istream& input, std::string& script) {
   while (!definition.done()) {
     const std::string field = definition.field();
     const std::string limits = definition.limits();
-    const std::string answer = ask_line(input, definition.prompt());
+    std::string answer = ask_line(input, definition.prompt());
+    if (definition.is_hex()) answer = without_hex_prefix(answer);
     if (!definition.answer(answer, reason)) {
       say_refused(reason, limits);
       continue;
+    }
+    if (!reason.empty()) {
+      std::cerr << "  warning: " << reason << ".\n";
+      chip.caution = reason;
     }
     script += answer + '\n';
     if (field == "manufacturer_name")
@@ -100,8 +114,13 @@ void define_flash(const Options& options, std::istream& input) {
   std::string held;
   for (const Chip& chip : chips) held += (held.empty() ? "" : ", ") + chip_text(chip);
   std::cerr << "The value holds " << chips.size() << (chips.size() == 1 ? " chip: " : " chips: ")
-            << held << "; only the first, " << chip_text(chips.front())
-            << ", is loaded as the user flash.\n";
+            << held << "; only the first, " << chip_text(chips.front());
+  if (chips.front().caution.empty()) {
+    std::cerr << ", is loaded as the user flash.\n";
+  } else {
+    std::cerr << ", is read as the user flash, and it will not load (" << chips.front().caution
+              << ").\n";
+  }
   if (options.json) {
     nlohmann::ordered_json document = {{"value", value},
                                        {"chips", nlohmann::ordered_json::array()}};
@@ -109,7 +128,8 @@ void define_flash(const Options& options, std::istream& input) {
       document["chips"].push_back(
           {{"manufacturer_name", chip.manufacturer_name}, {"device_name", chip.device_name}});
     }
-    document["loaded_chip"] = 1;
+    document["loaded_chip"] =
+        chips.front().caution.empty() ? nlohmann::ordered_json(1) : nlohmann::ordered_json(nullptr);
     print_json(std::cout, document);
   } else {
     std::cout << value << '\n';

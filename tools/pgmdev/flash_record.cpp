@@ -48,15 +48,8 @@ Fields flash_record_fields(const PGMDEV_SFL_FLASH_INFO& record) {
   Fields fields;
   const nlohmann::ordered_json columns = flash_record_json(record);
   for (const auto& [name, value] : columns.items()) {
-    std::string text;
-    if (value.is_string()) {
-      text = value.get<std::string>();
-    } else if (hex_columns.count(name) != 0) {
-      text = hex_text(value.get<QWORD>(), 2);
-    } else {
-      text = value.dump();
-    }
-    fields.emplace_back(name, text);
+    fields.emplace_back(
+        name, hex_columns.count(name) != 0 ? hex_text(value.get<QWORD>(), 2) : cell_text(value));
   }
   return fields;
 }

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "cli.h"
+#include "output.h"
 #include "platform.h"
 
 namespace pgmdev::cli {
@@ -120,8 +121,8 @@ void keep_damaged_file(const std::string& reason) {
   std::string kept;
   std::string error;
   if (!PGMDEV_FLASH_INI::keep_flash_ini_file(kept, error)) throw CliError(error);
-  std::cerr << "pgmdev: " << PGMDEV_FLASH_INI::get_flash_ini_path()
-            << " is not a valid flash INI data file: " << reason << "; kept it as " << kept << '\n';
+  say_warning(PGMDEV_FLASH_INI::get_flash_ini_path() +
+              " is not a valid flash INI data file: " + reason + "; kept it as " + kept);
 }
 
 // The records of the kind's section that decode, in `records`; "" when the section is
@@ -285,7 +286,7 @@ bool warn_if_data_file_damaged(bool spi) {
     reason = spi ? section_defect(hps_spi_kind()) : section_defect(hps_nand_kind());
     if (reason.empty()) return false;
   }
-  std::cerr << "pgmdev: warning: " << damaged_text(reason) << '\n';
+  say_warning(damaged_text(reason));
   return true;
 }
 

@@ -94,11 +94,11 @@ const CommandGroup* named_group(int argc, char** argv) {
   return nullptr;
 }
 
-int run(int argc, char** argv) {
-  Options options;
+int run(int argc, char** argv, Options& options) {
   CLI::App app{"Device data of FPGAs, CPLDs and their serial configuration flash.", "pgmdev"};
   app.set_version_flag("--version", ver_get_version());
-  app.set_help_all_flag("--help-all", "Print the help of every command");
+  app.add_flag_callback(
+      "--help-all", [] { throw CLI::CallForAllHelp(); }, "Print the help of every command");
   app.require_subcommand(1);
   if (const CommandGroup* group = named_group(argc, argv)) {
     group->add(app, options);
@@ -109,6 +109,9 @@ int run(int argc, char** argv) {
   }
   try {
     app.parse(argc, argv);
+  } catch (const CLI::CallForAllHelp&) {
+    std::cout << help_of_every_command(app);
+    return EXIT_OK;
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);  // --help, --version
     return report_parse_error(app, error);
@@ -116,14 +119,44 @@ int run(int argc, char** argv) {
   return EXIT_OK;
 }
 
-int run_reporting(int argc, char** argv) {
-  try {
-    const int code = run(argc, argv);
-    say_held_warnings();
-    return code;
-  } catch (...) {
-    return report_exception(std::current_exception());
+// Counts what reaches standard output, so that a failure knows whether an answer was given.
+class CountingBuffer : public std::streambuf {
+ public:
+  explicit CountingBuffer(std::streambuf* target) : m_target(target) {}
+  size_t count() const { return m_count; }
+
+ protected:
+  int overflow(int c) override {
+    if (c == traits_type::eof()) return traits_type::not_eof(c);
+    ++m_count;
+    return m_target->sputc(traits_type::to_char_type(c));
   }
+  std::streamsize xsputn(const char* s, std::streamsize n) override {
+    m_count += static_cast<size_t>(n);
+    return m_target->sputn(s, n);
+  }
+  int sync() override { return m_target->pubsync(); }
+
+  std::streambuf* m_target;
+  size_t m_count = 0;
+};
+
+int run_reporting(int argc, char** argv) {
+  std::streambuf* const standard_output = std::cout.rdbuf();
+  CountingBuffer counted(standard_output);
+  std::cout.rdbuf(&counted);
+  Options options;
+  int code = EXIT_OK;
+  try {
+    code = run(argc, argv, options);
+    say_held_warnings();
+  } catch (...) {
+    // With --json, a failure before any answer is still answered in JSON.
+    code = report_exception(std::current_exception(), options.json && counted.count() == 0);
+  }
+  std::cout.flush();
+  std::cout.rdbuf(standard_output);
+  return code;
 }
 
 // An answer that did not reach its reader is a failure (a full disk, a closed pipe), even

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <exception>
 #include <iostream>
 
 namespace pgmdev::cli {
@@ -12,6 +13,38 @@ Table::Table(std::vector<std::string> headers) : m_headers(std::move(headers)) {
 void Table::add_row(std::vector<std::string> cells) {
   cells.resize(m_headers.size());
   m_rows.push_back(std::move(cells));
+}
+
+void Table::add_json_row(const nlohmann::ordered_json& row) {
+  std::vector<std::string> cells;
+  for (const std::string& header : m_headers) {
+    const nlohmann::ordered_json* value = nullptr;
+    if (row.contains(header)) {
+      value = &row[header];
+    } else if (row.contains("record") && row["record"].contains(header)) {
+      value = &row["record"][header];
+    }
+    cells.push_back(value == nullptr ? "" : cell_text(*value));
+  }
+  add_row(std::move(cells));
+}
+
+std::string cell_text(const nlohmann::ordered_json& value) {
+  if (value.is_boolean()) return yes_no(value.get<bool>());
+  if (value.is_string()) return value.get<std::string>();
+  return value.is_null() ? "" : value.dump();
+}
+
+nlohmann::ordered_json columns_first(const std::vector<std::string>& headers,
+                                     const nlohmann::ordered_json& row) {
+  nlohmann::ordered_json ordered = nlohmann::ordered_json::object();
+  for (const std::string& header : headers) {
+    if (row.contains(header)) ordered[header] = row[header];
+  }
+  for (const auto& [key, value] : row.items()) {
+    if (!ordered.contains(key)) ordered[key] = value;
+  }
+  return ordered;
 }
 
 void Table::print(std::ostream& out) const {
@@ -48,21 +81,45 @@ void print_json(std::ostream& out, const nlohmann::json& document) {
   out << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
 }
 
-LibraryMessages::LibraryMessages(std::string headline)
-    : m_headline(std::move(headline)), m_saved(std::cout.rdbuf(m_text.rdbuf())) {}
+namespace {
 
-LibraryMessages::~LibraryMessages() {
+void to_standard_error(const std::string& kind, const std::string& text) {
+  std::cerr << "pgmdev: " << kind << ": " << text << '\n';
+}
+
+MESSAGE_SINK g_sink = to_standard_error;
+
+}  // namespace
+
+void set_message_sink(MESSAGE_SINK sink) { g_sink = sink != nullptr ? sink : to_standard_error; }
+void say_warning(const std::string& text) { g_sink("warning", text); }
+void say_notice(const std::string& text) { g_sink("notice", text); }
+
+LibraryMessages::LibraryMessages(std::string headline)
+    : m_headline(std::move(headline)),
+      m_saved(std::cout.rdbuf(m_text.rdbuf())),
+      m_failures_in_flight(std::uncaught_exceptions()) {}
+
+LibraryMessages::~LibraryMessages() noexcept(false) {
   std::cout.rdbuf(m_saved);
+  try {
+    say_kept();
+  } catch (...) {
+    if (std::uncaught_exceptions() == m_failures_in_flight) throw;
+  }
+}
+
+void LibraryMessages::say_kept() {
   if (m_headline.empty()) {
     std::istringstream lines(m_text.str());
     std::string line;
     while (std::getline(lines, line)) {
-      if (!line.empty()) std::cerr << "pgmdev: library: " << line << '\n';
+      if (!line.empty()) g_sink("library", line);
     }
     return;
   }
   const std::string joined = take();
-  if (!joined.empty()) std::cerr << "pgmdev: warning: " << m_headline << " (" << joined << ")\n";
+  if (!joined.empty()) say_warning(m_headline + " (" + joined + ")");
 }
 
 std::string LibraryMessages::take() {

@@ -6,6 +6,7 @@
 #include <cctype>
 #include <cstring>
 #include <iostream>
+#include <nlohmann/json.hpp>
 
 #include "cli.h"
 #include "platform.h"
@@ -60,7 +61,7 @@ void print_line(const std::string& message) {
 
 }  // namespace
 
-int report_first(const std::exception_ptr& error);
+Failure report_first(const std::exception_ptr& error);
 
 std::string help_footer() {
   return "Environment:\n"
@@ -78,7 +79,8 @@ std::string help_footer() {
          "  1  not found, or bad input\n"
          "  2  usage error (the command line)\n"
          "  3  internal error (a broken invariant of the library)\n"
-         "  4  a data file is missing, unreadable, corrupt or stale (the message names it)\n";
+         "  4  a data file is missing, unreadable, corrupt or stale, or a target cannot be\n"
+         "     written (the message names it)\n";
 }
 
 Failure describe_library_failure(const std::string& condition, const std::string& module, int line,
@@ -145,11 +147,19 @@ Failure describe_library_failure(const std::string& condition, const std::string
           "internal error: a check inside the library failed; please report it" + detail};
 }
 
-int report_exception(const std::exception_ptr& error) {
-  const int code = report_first(error);
+int report_exception(const std::exception_ptr& error, bool answer_in_json) {
+  const Failure failure = report_first(error);
+  print_line(failure.message);
   say_held_warnings();
   for (const std::string& note : g_notes) print_line(note);
-  return code;
+  // A JSON reader gets an answer too, not an empty document.
+  if (answer_in_json) {
+    std::cout << nlohmann::ordered_json{{"error", shorten_arguments(failure.message)},
+                                        {"exit_code", failure.exit_code}}
+                     .dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
+              << '\n';
+  }
+  return failure.exit_code;
 }
 
 void say_held_warnings() {
@@ -180,34 +190,28 @@ std::string shorten_arguments(const std::string& message) {
   return shortened;
 }
 
-int report_first(const std::exception_ptr& error) {
+Failure report_first(const std::exception_ptr& error) {
   try {
     std::rethrow_exception(error);
   } catch (const DataFileError& failure) {
-    print_line(failure.what());
-    return EXIT_DATA_FILE;
+    return {EXIT_DATA_FILE, failure.what()};
   } catch (const CliError& failure) {
-    print_line(failure.what() + did_you_mean(failure.suggestions()));
-    return g_data_file_warning ? EXIT_DATA_FILE : EXIT_USER_ERROR;
+    return {g_data_file_warning ? EXIT_DATA_FILE : EXIT_USER_ERROR,
+            failure.what() + did_you_mean(failure.suggestions())};
   } catch (const MSG_INTERNAL_ERROR_EXCEPTION& failure) {
     const MSG_INTERNAL_ERROR_INFO& info = failure.info();
     const Failure described =
         describe_library_failure(info.condition, info.source_file, info.line, info.context);
     const bool write_failed = has(info.context, "output") && !g_held_write.empty();
-    print_line(write_failed ? g_held_write : described.message);
+    const Failure reported = {described.exit_code, write_failed ? g_held_write : described.message};
     g_held_write.clear();
-    return described.exit_code;
+    return reported;
   } catch (const std::exception& failure) {
     // Thrown by the library without a report (a short line of the parts list): the place
     // it stood is still known.
     const CONTEXT where = MSG_CONTEXT::unwound();
-    if (!where.empty()) {
-      const Failure described = describe_library_failure(failure.what(), "", 0, where);
-      print_line(described.message);
-      return described.exit_code;
-    }
-    print_line(failure.what());
-    return EXIT_USER_ERROR;
+    if (!where.empty()) return describe_library_failure(failure.what(), "", 0, where);
+    return {EXIT_USER_ERROR, failure.what()};
   }
 }
 

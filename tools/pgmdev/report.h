@@ -38,8 +38,9 @@ std::string shorten_arguments(const std::string& message);
 // A line said after the failure's own report (what was left untouched), as "pgmdev: LINE".
 void note_after_report(const std::string& line);
 
-// Turns the exception in flight into its line on standard error and returns the exit code.
-int report_exception(const std::exception_ptr& error);
+// Turns the exception in flight into its line on standard error and returns the exit code;
+// `answer_in_json` also prints {"error", "exit_code"} on standard output.
+int report_exception(const std::exception_ptr& error, bool answer_in_json = false);
 
 // Soft reports become warnings; one about a data file makes the exit code 4.
 void install_report_hook();

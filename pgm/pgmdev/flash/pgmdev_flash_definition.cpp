@@ -160,6 +160,8 @@ std::string PGMDEV_FLASH_DEFINITION::text_refusal(const std::string& text) {
 
 bool PGMDEV_FLASH_DEFINITION::is_text() const { return !done() && QUESTIONS[m_next].kind == TEXT; }
 
+bool PGMDEV_FLASH_DEFINITION::is_hex() const { return !done() && QUESTIONS[m_next].kind == HEX; }
+
 std::string PGMDEV_FLASH_DEFINITION::limits() const {
   if (done()) return "";
   const QUESTION& q = QUESTIONS[m_next];
@@ -173,9 +175,7 @@ std::string PGMDEV_FLASH_DEFINITION::limits() const {
       std::string text = "hexadecimal " + hex_digits(q.low) + " to " + hex_digits(q.high);
       if (q.minus_one) text += ", or -1 for none";
       if (q.all_ones) text += ", or FFFFFFFF";
-      if (m_strictness.loadable_only && is_divisor(q)) {
-        text += " (the loader takes at most 1F)";
-      }
+      if (is_divisor(q)) text += " (the loader takes at most 1F)";
       return text;
     }
     case DECIMAL:
@@ -220,11 +220,12 @@ bool PGMDEV_FLASH_DEFINITION::answer(const std::string& text, std::string& reaso
       }
     }
   }
-  if (reason.empty() && m_strictness.loadable_only && is_divisor(q) && value != ALL_ONES &&
-      value > LOADABLE_DIVISOR_MAX) {
-    reason = "the loader takes at most 1F here, so the value would never load";
-  }
   if (!reason.empty()) return false;
+  // Taken, as the dialogue always has; the loader's own limit is lower.
+  if (is_divisor(q) && value != ALL_ONES && value > LOADABLE_DIVISOR_MAX) {
+    reason = "a protection divisor of " + answer +
+             " is taken, but the loader takes at most 1F: the value will be made and never load";
+  }
   if (q.written == MBIT) m_density = value;
   m_line += "@" + written;
   ++m_next;
