@@ -72,6 +72,16 @@ struct PGMDEV_API PGMDEV_FLASH_ID_EXPLANATION {
   std::string text;   // all of the above in sentences, for people
 };
 
+// How far a user flash definition value gets towards loading as record 0, and why it stops
+// (the stages and their order: doc/user_flash_value.md).
+struct PGMDEV_API PGMDEV_USER_FLASH_VERDICT {
+  std::string stage;   // "" when it loads; else "decode", "seal", "fields", "rule" or "password"
+  std::string reason;  // a sentence naming what stopped it; "" when it loads
+  std::vector<std::string> fields;  // the fields read, when they made no record
+  bool has_record = false;          // the 33 fields made a record (stages "rule", "password", "")
+  PGMDEV_SFL_FLASH_INFO record;
+};
+
 // Owns the loaded flash records (the file's enabled records, after the user's record at index
 // 0 when one is defined) and the device-to-flash map of one programmer chain. Copies share the
 // records, which never change once loaded, and get their own copy of the map.
@@ -166,6 +176,18 @@ class PGMDEV_API PGMDEV_FLASH_MANAGER {
   // is 1 to 60"), or null when the record keeps every rule. Decides, with the password seal,
   // whether a definition loads.
   static const char* broken_user_flash_rule(const PGMDEV_SFL_FLASH_INFO& record);
+
+  // The verdict on a user flash definition value: the loader's checks in the loader's order,
+  // and characters after the end of the encoded stream refused too.
+  static PGMDEV_USER_FLASH_VERDICT judge_user_flash(const std::string& value);
+  // The text a configuration value carries, and the value that carries a text; "" with `why`
+  // set when the value does not decode or the text does not encode.
+  static std::string decode_user_flash(const std::string& value, std::string* why);
+  static std::string encode_user_flash(const std::string& text, std::string* why);
+  // The configuration value of a fields text ("@field@...@"), sealed for the running build.
+  static std::string seal_user_flash(const std::string& fields, std::string* why);
+  // Whether this manager loaded the configuration's user flash definition as record 0.
+  bool has_user_flash() const { return !m_ini_flash.device_name.empty(); }
 
   // Configuration key of the user flash definition and its debug switch.
   static const char* const USER_FLASH_KEY;

@@ -1,5 +1,7 @@
 // The user flash value's outer layers: zlib stream in a 64-letter alphabet, and the
 // version-bound password that seals a definition.
+#include "flash/pgmdev_flash_user_codec.h"
+
 #include <cstring>
 #include <iostream>
 #include <vector>
@@ -9,7 +11,6 @@
 #include "pgm_common.h"
 #include "pgm_version.h"
 #include "pgm_zlib.h"
-#include "pgmdev_flash_manager.h"
 
 namespace {
 
@@ -46,7 +47,9 @@ char password_letter(BYTE byte) {
 
 }  // namespace
 
-std::string PGMDEV_FLASH_MANAGER::ini_version_line() {
+namespace pgmdev::user_flash {
+
+std::string version_line() {
   const DWORD index = ver_get_current_version_index_number();
   const DWORD service_pack = index & 0xFF;
   const DWORD build = (index >> 8) & 0xFFFF;
@@ -55,11 +58,7 @@ std::string PGMDEV_FLASH_MANAGER::ini_version_line() {
   return line + "Build " + std::to_string(build);
 }
 
-std::string PGMDEV_FLASH_MANAGER::encode_ini(const std::string& plain) {
-  return encode_ini(plain, std::cout);
-}
-
-std::string PGMDEV_FLASH_MANAGER::encode_ini(const std::string& plain, std::ostream& output) {
+std::string encode(const std::string& plain, std::ostream& output) {
   // Room for twice the text: a text too short to outweigh zlib's framing does not fit and
   // is refused as a compression failure.
   std::vector<BYTE> compressed(2 * plain.size(), 0);
@@ -87,11 +86,7 @@ std::string PGMDEV_FLASH_MANAGER::encode_ini(const std::string& plain, std::ostr
   return encoded_ini;
 }
 
-std::string PGMDEV_FLASH_MANAGER::decode_ini(const std::string& encoded) {
-  return decode_ini(encoded, std::cout);
-}
-
-std::string PGMDEV_FLASH_MANAGER::decode_ini(const std::string& encoded, std::ostream& output) {
+std::string decode(const std::string& encoded, std::ostream& output) {
   if (encoded.empty()) return "";
   if (encoded.size() > MAX_ENCODED_SIZE) {
     output << "Invalid INI decoding\n";
@@ -123,17 +118,17 @@ std::string PGMDEV_FLASH_MANAGER::decode_ini(const std::string& encoded, std::os
   return std::string(text, strnlen(text, plain_size));
 }
 
-std::string PGMDEV_FLASH_MANAGER::gen_ini_password(const std::string& text) {
+std::string password(const std::string& text) {
   const size_t total_size = text.size();
   PGMDEV_CHECK(total_size > 0, "total_size > 0", MODULE);
-  const std::string line = ini_version_line();
+  const std::string line = version_line();
   const WORD seed = crc16(reinterpret_cast<const BYTE*>(line.data()), line.size());
   BYTE seed_bytes[sizeof(WORD)];  // even positions take the low byte, odd ones the high
   pgmdev::codec::store_le<WORD>(seed_bytes, seed);
   const size_t sector_size = (total_size + 7) / 8;
   PGMDEV_CHECK(sector_size > 0, "sector_size > 0", MODULE);
 
-  std::string password;
+  std::string letters;
   std::vector<BYTE> group(sector_size);
   for (size_t pass = 0; pass < 8; ++pass) {
     std::fill(group.begin(), group.end(), 0);
@@ -143,13 +138,19 @@ std::string PGMDEV_FLASH_MANAGER::gen_ini_password(const std::string& text) {
     }
     BYTE crc[sizeof(WORD)];
     pgmdev::codec::store_le<WORD>(crc, crc16(group.data(), group.size()));
-    password += password_letter(crc[0]);
-    password += password_letter(crc[1]);
+    letters += password_letter(crc[0]);
+    letters += password_letter(crc[1]);
   }
-  return password;
+  return letters;
 }
 
-bool PGMDEV_FLASH_MANAGER::cmp_ini_password(const std::string& text, const std::string& password) {
-  if (password.size() != PASSWORD_SIZE) return false;
-  return gen_ini_password(text) == password;
+bool password_matches(const std::string& text, const std::string& sealed) {
+  if (sealed.size() != PASSWORD_SIZE) return false;
+  return password(text) == sealed;
 }
+
+std::string seal(const std::string& fields, std::ostream& messages) {
+  return encode(fields + "#" + password(fields) + ";", messages);
+}
+
+}  // namespace pgmdev::user_flash

@@ -2,12 +2,16 @@
 // every check that keeps a malformed or foreign definition out.
 #include <cstdlib>
 #include <iostream>
+#include <sstream>
+#include <utility>
 
 #include "flash/pgmdev_flash_columns.h"
+#include "flash/pgmdev_flash_user_codec.h"
 #include "flash/pgmdev_flash_user_rule.h"
 #include "pgm_cfg.h"
 #include "pgm_common.h"
 #include "pgm_text.h"
+#include "pgm_version.h"
 #include "pgmdev_flash_manager.h"
 
 const char* const PGMDEV_FLASH_MANAGER::USER_FLASH_KEY = "PGM_3RD_PARTY_FLASH_INI";
@@ -84,53 +88,39 @@ const char* PGMDEV_FLASH_MANAGER::broken_user_flash_rule(const PGMDEV_SFL_FLASH_
   return nullptr;
 }
 
-// Touches nothing of the manager's but the user's record, which it leaves empty unless the
-// definition passes every check.
-bool PGMDEV_FLASH_MANAGER::parse_ext_flash_info() {
-  m_ini_flash = PGMDEV_SFL_FLASH_INFO();
-  const std::string value = cfg_get_value(USER_FLASH_KEY);
-  if (value.empty()) return false;  // no user flash: nothing to say
-  std::string text = decode_ini(value);
-  if (text.empty()) return false;
-  const bool debug = cfg_is_on(USER_FLASH_DEBUG_KEY, false);
-  if (debug) std::cout << text << "\n";
+namespace pgmdev::user_flash {
 
-  // Only the first definition is used: everything from its "#" on is cut off.
-  std::string password;
-  const size_t hash = text.find('#');
-  const size_t semicolon = text.find(';');
-  if (hash != std::string::npos && semicolon != std::string::npos && semicolon > hash) {
-    password = text.substr(hash + 1, semicolon - hash - 1);
-    text.resize(hash);
-    if (debug) std::cout << text << "\n" << password << "\n";
-  }
-  if (text.empty() || password.empty()) return false;
+namespace {
 
-  std::string fields[TOTAL_DATABASE_MEMBER];
-  size_t position = 0;
-  DWORD count = 0;
-  while (count < TOTAL_DATABASE_MEMBER) {
-    const bool status = get_string_from_ini(text, &fields[count], position);
-    if (debug) std::cout << "Status " << count << " : " << (status ? 1 : 0) << "\n";
-    if (!status) break;
-    ++count;
-  }
-  const char* refusal = nullptr;
-  if (count < TOTAL_DATABASE_MEMBER || !assign_ini(fields)) {
-    refusal = "";
-  } else if (broken_user_flash_rule(m_ini_flash) != nullptr) {
-    refusal = "Fail to check the validity of the INI\n";
-  } else if (!cmp_ini_password(text, password)) {
-    refusal = "Fail to compare INI password\n";
-  }
-  if (refusal == nullptr) return true;
-  if (debug) std::cout << refusal;
-  m_ini_flash = PGMDEV_SFL_FLASH_INFO();
-  return false;
+bool boolean_of(const std::string& text, bool& ok) {
+  ok = text == "1" || text == "0";
+  return text == "1";
 }
 
-bool PGMDEV_FLASH_MANAGER::get_string_from_ini(const std::string& text, std::string* value,
-                                               size_t& position) {
+// The value as C's atoi reads it; valid when, taken as unsigned, it does not exceed `max` (so
+// "-1" is refused wherever max is below 0xFFFFFFFF).
+DWORD number_of(const std::string& text, DWORD max, bool& ok) {
+  const DWORD value = DWORD(std::atoi(text.c_str()));
+  ok = value <= max;
+  return value;
+}
+
+PGMDEV_USER_FLASH_VERDICT stopped(const char* stage, std::string reason,
+                                  std::vector<std::string> fields = {}) {
+  PGMDEV_USER_FLASH_VERDICT verdict;
+  verdict.stage = stage;
+  verdict.reason = std::move(reason);
+  verdict.fields = std::move(fields);
+  return verdict;
+}
+
+std::string first_line(const std::string& text) {
+  return text.substr(0, text.find_last_not_of('\n') + 1);
+}
+
+}  // namespace
+
+bool next_field(const std::string& text, std::string* value, size_t& position) {
   value->clear();
   const size_t first = text.find('@', position);
   if (first == std::string::npos) return false;
@@ -142,23 +132,23 @@ bool PGMDEV_FLASH_MANAGER::get_string_from_ini(const std::string& text, std::str
   return true;
 }
 
-bool PGMDEV_FLASH_MANAGER::assign_ini(const std::string* fields) {
-  const pgmdev::FLASH_COLUMN_TABLE& columns = pgmdev::flash_columns();
-  for (DWORD i = 0; i < TOTAL_DATABASE_MEMBER; ++i) {
-    const pgmdev::FLASH_COLUMN& column = columns[i];
+bool assign_fields(const std::string* fields, PGMDEV_SFL_FLASH_INFO& record) {
+  const FLASH_COLUMN_TABLE& columns = flash_columns();
+  for (DWORD i = 0; i < PGMDEV_FLASH_MANAGER::TOTAL_DATABASE_MEMBER; ++i) {
+    const FLASH_COLUMN& column = columns[i];
     bool ok = true;
     switch (column.type) {
-      case pgmdev::FLASH_COLUMN_STRING:
-        m_ini_flash.*column.text = fields[i];
+      case FLASH_COLUMN_STRING:
+        record.*column.text = fields[i];
         break;
-      case pgmdev::FLASH_COLUMN_BOOL:
-        m_ini_flash.*column.flag = get_boolean_from_string(fields[i], ok);
+      case FLASH_COLUMN_BOOL:
+        record.*column.flag = boolean_of(fields[i], ok);
         break;
-      case pgmdev::FLASH_COLUMN_BYTE:
-        m_ini_flash.*column.byte = BYTE(get_number_from_string(fields[i], 0xFF, ok));
+      case FLASH_COLUMN_BYTE:
+        record.*column.byte = BYTE(number_of(fields[i], 0xFF, ok));
         break;
-      case pgmdev::FLASH_COLUMN_DWORD:
-        m_ini_flash.*column.dword = get_number_from_string(fields[i], 0xFFFFFFFF, ok);
+      case FLASH_COLUMN_DWORD:
+        record.*column.dword = number_of(fields[i], 0xFFFFFFFF, ok);
         break;
     }
     if (!ok) return false;
@@ -166,17 +156,162 @@ bool PGMDEV_FLASH_MANAGER::assign_ini(const std::string* fields) {
   return true;
 }
 
-bool PGMDEV_FLASH_MANAGER::get_boolean_from_string(const std::string& text, bool& ok) {
-  ok = text == "1" || text == "0";
-  return text == "1";
+PGMDEV_USER_FLASH_VERDICT examine(const std::string& value, bool whole_value,
+                                  std::ostream& messages, std::ostream* debug) {
+  std::ostringstream why;
+  std::string text = decode(value, why);
+  messages << why.str();
+  if (text.empty()) {
+    const std::string said = first_line(why.str());
+    return stopped("decode", "the value does not decode" + (said.empty() ? "" : ": " + said));
+  }
+  if (debug) *debug << text << "\n";
+  if (whole_value) {
+    // The decoder stops at the end of the compressed stream; what follows is not the value.
+    std::ostringstream ignored;
+    const std::string complete = encode(text, ignored);
+    if (!complete.empty() && value.size() > complete.size() && value.rfind(complete, 0) == 0) {
+      return stopped("decode", "the value is complete after " + std::to_string(complete.size()) +
+                                   " characters and '" + value.substr(complete.size()) +
+                                   "' follows it");
+    }
+  }
+  // Only the first definition is used: everything from its "#" on is cut off.
+  const size_t hash = text.find('#');
+  const size_t semicolon = text.find(';');
+  std::string sealed;
+  if (hash != std::string::npos && semicolon != std::string::npos && semicolon > hash) {
+    sealed = text.substr(hash + 1, semicolon - hash - 1);
+    text.resize(hash);
+    if (debug) *debug << text << "\n" << sealed << "\n";
+  }
+  if (text.empty() || sealed.empty()) {
+    return stopped("seal", "the text has no '#PASSWORD;' seal after its fields");
+  }
+  std::vector<std::string> fields(PGMDEV_FLASH_MANAGER::TOTAL_DATABASE_MEMBER);
+  size_t position = 0;
+  DWORD count = 0;
+  while (count < PGMDEV_FLASH_MANAGER::TOTAL_DATABASE_MEMBER) {
+    const bool status = next_field(text, &fields[count], position);
+    if (debug) *debug << "Status " << count << " : " << (status ? 1 : 0) << "\n";
+    if (!status) break;
+    ++count;
+  }
+  if (count < PGMDEV_FLASH_MANAGER::TOTAL_DATABASE_MEMBER) {
+    fields.resize(count);
+    return stopped("fields", "only " + std::to_string(count) + " of the 33 fields", fields);
+  }
+  PGMDEV_USER_FLASH_VERDICT verdict;
+  if (!assign_fields(fields.data(), verdict.record)) {
+    return stopped("fields",
+                   "a field is not of its column's type (booleans are 1 or 0, bytes 0 to 255)",
+                   fields);
+  }
+  verdict.has_record = true;
+  if (const char* rule = PGMDEV_FLASH_MANAGER::broken_user_flash_rule(verdict.record)) {
+    if (debug) *debug << "Fail to check the validity of the INI\n";
+    verdict.stage = "rule";
+    verdict.reason = std::string("rule refused: ") + rule;
+  } else if (!password_matches(text, sealed)) {
+    if (debug) *debug << "Fail to compare INI password\n";
+    verdict.stage = "password";
+    verdict.reason = "the seal does not match this version and build (" + ver_get_version() + ")";
+  }
+  return verdict;
 }
 
-// The value as C's atoi reads it; valid when, taken as unsigned, it does not exceed `max` (so
-// "-1" is refused wherever max is below 0xFFFFFFFF).
+}  // namespace pgmdev::user_flash
+
+// Touches nothing of the manager's but the user's record, which it leaves empty unless the
+// definition passes every check.
+bool PGMDEV_FLASH_MANAGER::parse_ext_flash_info() {
+  m_ini_flash = PGMDEV_SFL_FLASH_INFO();
+  const std::string value = cfg_get_value(USER_FLASH_KEY);
+  if (value.empty()) return false;  // no user flash: nothing to say
+  const bool debug = cfg_is_on(USER_FLASH_DEBUG_KEY, false);
+  PGMDEV_USER_FLASH_VERDICT verdict =
+      pgmdev::user_flash::examine(value, false, std::cout, debug ? &std::cout : nullptr);
+  if (!verdict.stage.empty()) return false;
+  m_ini_flash = std::move(verdict.record);
+  return true;
+}
+
+PGMDEV_USER_FLASH_VERDICT PGMDEV_FLASH_MANAGER::judge_user_flash(const std::string& value) {
+  std::ostringstream messages;
+  return pgmdev::user_flash::examine(value, true, messages, nullptr);
+}
+
+namespace {
+
+// "" and the first line of what `messages` holds, or the result.
+std::string result_or_why(const std::string& result, const std::ostringstream& messages,
+                          std::string* why) {
+  if (result.empty() && why != nullptr) {
+    const std::string said = messages.str();
+    *why = said.substr(0, said.find_last_not_of('\n') + 1);
+  }
+  return result;
+}
+
+}  // namespace
+
+std::string PGMDEV_FLASH_MANAGER::decode_user_flash(const std::string& value, std::string* why) {
+  std::ostringstream messages;
+  return result_or_why(pgmdev::user_flash::decode(value, messages), messages, why);
+}
+
+std::string PGMDEV_FLASH_MANAGER::encode_user_flash(const std::string& text, std::string* why) {
+  std::ostringstream messages;
+  return result_or_why(pgmdev::user_flash::encode(text, messages), messages, why);
+}
+
+std::string PGMDEV_FLASH_MANAGER::seal_user_flash(const std::string& fields, std::string* why) {
+  std::ostringstream messages;
+  return result_or_why(pgmdev::user_flash::seal(fields, messages), messages, why);
+}
+
+// The steps above as the interface names them.
+bool PGMDEV_FLASH_MANAGER::get_string_from_ini(const std::string& text, std::string* value,
+                                               size_t& position) {
+  return pgmdev::user_flash::next_field(text, value, position);
+}
+
+bool PGMDEV_FLASH_MANAGER::assign_ini(const std::string* fields) {
+  return pgmdev::user_flash::assign_fields(fields, m_ini_flash);
+}
+
+bool PGMDEV_FLASH_MANAGER::get_boolean_from_string(const std::string& text, bool& ok) {
+  return pgmdev::user_flash::boolean_of(text, ok);
+}
+
 DWORD PGMDEV_FLASH_MANAGER::get_number_from_string(const std::string& text, DWORD max, bool& ok) {
-  const DWORD value = DWORD(std::atoi(text.c_str()));
-  ok = value <= max;
-  return value;
+  return pgmdev::user_flash::number_of(text, max, ok);
+}
+
+std::string PGMDEV_FLASH_MANAGER::ini_version_line() { return pgmdev::user_flash::version_line(); }
+
+std::string PGMDEV_FLASH_MANAGER::encode_ini(const std::string& plain) {
+  return pgmdev::user_flash::encode(plain, std::cout);
+}
+
+std::string PGMDEV_FLASH_MANAGER::encode_ini(const std::string& plain, std::ostream& output) {
+  return pgmdev::user_flash::encode(plain, output);
+}
+
+std::string PGMDEV_FLASH_MANAGER::decode_ini(const std::string& encoded) {
+  return pgmdev::user_flash::decode(encoded, std::cout);
+}
+
+std::string PGMDEV_FLASH_MANAGER::decode_ini(const std::string& encoded, std::ostream& output) {
+  return pgmdev::user_flash::decode(encoded, output);
+}
+
+std::string PGMDEV_FLASH_MANAGER::gen_ini_password(const std::string& text) {
+  return pgmdev::user_flash::password(text);
+}
+
+bool PGMDEV_FLASH_MANAGER::cmp_ini_password(const std::string& text, const std::string& password) {
+  return pgmdev::user_flash::password_matches(text, password);
 }
 
 DWORD PGMDEV_FLASH_MANAGER::get_dword_from_string(const std::string& text, bool* ok) {
