@@ -3,7 +3,6 @@
 #include <pybind11/stl.h>
 
 #include <memory>
-#include <sstream>
 #include <utility>
 
 #include "flash_check.h"
@@ -16,15 +15,6 @@
 namespace pgmdev::python {
 
 namespace {
-
-// Reaches the manager's codec of the user flash definition value.
-class USER_VALUE_CODEC : public PGMDEV_FLASH_MANAGER {
- public:
-  USER_VALUE_CODEC() = delete;
-  using PGMDEV_FLASH_MANAGER::decode_ini;
-  using PGMDEV_FLASH_MANAGER::encode_ini;
-  using PGMDEV_FLASH_MANAGER::gen_ini_password;
-};
 
 // The loaded flash database for the time of a `with` block.
 class FLASH_SESSION {
@@ -107,10 +97,9 @@ std::string seal(const py::object& definition) {
   const std::string fields = py::isinstance<py::dict>(definition)
                                  ? fields_text(definition.cast<py::dict>())
                                  : definition.cast<std::string>();
-  const std::string raw = fields + "#" + USER_VALUE_CODEC::gen_ini_password(fields) + ";";
-  std::ostringstream messages;
-  std::string value = USER_VALUE_CODEC::encode_ini(raw, messages);
-  if (value.empty()) throw cli::CliError("the definition did not encode: " + messages.str());
+  std::string why;
+  std::string value = PGMDEV_FLASH_MANAGER::seal_user_flash(fields, &why);
+  if (value.empty()) throw cli::CliError("the definition did not encode: " + why);
   // A value that would not load is refused, as `pgmdev flash check` would refuse it.
   const nlohmann::ordered_json verdict = cli::flash_check_json(value);
   if (!verdict["loads"].get<bool>()) {
@@ -120,20 +109,18 @@ std::string seal(const py::object& definition) {
 }
 
 std::string decode(const std::string& value) {
-  std::ostringstream messages;
-  std::string text = USER_VALUE_CODEC::decode_ini(value, messages);
+  std::string why;
+  std::string text = PGMDEV_FLASH_MANAGER::decode_user_flash(value, &why);
   if (text.empty()) {
-    std::string why = messages.str();
-    while (!why.empty() && why.back() == '\n') why.pop_back();
     throw cli::CliError("the value does not decode" + (why.empty() ? "" : ": " + why));
   }
   return text;
 }
 
 std::string encode(const std::string& text) {
-  std::ostringstream messages;
-  std::string value = USER_VALUE_CODEC::encode_ini(text, messages);
-  if (value.empty()) throw cli::CliError("the text did not encode: " + messages.str());
+  std::string why;
+  std::string value = PGMDEV_FLASH_MANAGER::encode_user_flash(text, &why);
+  if (value.empty()) throw cli::CliError("the text did not encode: " + why);
   return value;
 }
 

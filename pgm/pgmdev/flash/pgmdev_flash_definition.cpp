@@ -80,11 +80,12 @@ constexpr size_t QUESTION_COUNT = sizeof QUESTIONS / sizeof QUESTIONS[0];
 // The loader takes a protection divisor of at most 31 (or 255 for none).
 constexpr DWORD LOADABLE_DIVISOR_MAX = 31;
 
-// Reaches the manager's number conversions, which it keeps for its own reading.
-struct CONVERSIONS : PGMDEV_FLASH_MANAGER {
-  using PGMDEV_FLASH_MANAGER::get_dword_from_string;
-  using PGMDEV_FLASH_MANAGER::is_power_of_two;
-};
+// The platform's conversion, as the flash manager reads numbers.
+DWORD dword_of(const std::string& text, bool* ok) {
+  return PGM_COMMON::convert_string_to_dword(text, 0, ok, nullptr, true);
+}
+
+bool is_power_of_two(DWORD value) { return value != 0 && (value & (value - 1)) == 0; }
 
 bool is_divisor(const QUESTION& q) { return std::string(q.field) == "protection_division"; }
 
@@ -107,16 +108,16 @@ std::string number_refusal(const QUESTION& q, const std::string& answer, DWORD& 
   bool ok = false;
   if (q.kind == HEX) {
     const std::string text = q.minus_one && answer == "-1" ? "FFFFFFFF" : answer;
-    value = CONVERSIONS::get_dword_from_string("0x" + text, &ok);
+    value = dword_of("0x" + text, &ok);
     if (!ok) return "'" + answer + "' is not a hexadecimal number";
   } else {
     ok = !answer.empty() && answer.find_first_not_of("0123456789") == std::string::npos;
-    if (ok) value = CONVERSIONS::get_dword_from_string(answer, &ok);
+    if (ok) value = dword_of(answer, &ok);
     if (!ok) return "'" + answer + "' is not a decimal number";
   }
   const bool in_range = (value >= q.low && value <= q.high) || (q.all_ones && value == ALL_ONES);
   if (!in_range) return "'" + answer + "' is out of range";
-  if (q.power_of_two && !CONVERSIONS::is_power_of_two(value)) {
+  if (q.power_of_two && !is_power_of_two(value)) {
     return "'" + answer + "' is not a power of two";
   }
   return "";

@@ -3,17 +3,11 @@
 #include <sstream>
 
 #include "flash/pgmdev_flash_columns.h"
+#include "flash/pgmdev_flash_user_codec.h"
 #include "flash/pgmdev_flash_user_rule.h"
 #include "pgmdev_sfdp.h"
 
 namespace {
-
-// The user definition's codec, which the flash manager keeps for its own loading.
-struct USER_FLASH_CODEC : PGMDEV_FLASH_MANAGER {
-  using PGMDEV_FLASH_MANAGER::decode_ini;
-  using PGMDEV_FLASH_MANAGER::encode_ini;
-  using PGMDEV_FLASH_MANAGER::gen_ini_password;
-};
 
 void check_text(const char* column, const std::string& text) {
   if (text.empty() || text.size() > 19 || text.find_first_of("@#;") != std::string::npos) {
@@ -98,10 +92,10 @@ std::string PGMDEV_SFDP_DEFINITION::fields_text() const {
 
 std::string PGMDEV_SFDP_DEFINITION::configuration_value() const {
   const std::string fields = fields_text();
-  const std::string raw = fields + "#" + USER_FLASH_CODEC::gen_ini_password(fields) + ";";
   std::ostringstream messages;
-  const std::string value = USER_FLASH_CODEC::encode_ini(raw, messages);
-  if (value.empty() || USER_FLASH_CODEC::decode_ini(value, messages) != raw) {
+  const std::string value = pgmdev::user_flash::seal(fields, messages);
+  if (value.empty() || pgmdev::user_flash::decode(value, messages) !=
+                           fields + "#" + pgmdev::user_flash::password(fields) + ";") {
     throw PGMDEV_SFDP_ERROR("the definition did not encode: " + messages.str());
   }
   return value;
