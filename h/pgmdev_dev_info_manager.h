@@ -63,6 +63,8 @@ class PGMDEV_API PGMDEV_DEV_INFO_MANAGER {
   // Loads "<device database directory>/programmer/pgm_dev_info.pcf" unless `generate`. A debug
   // level of 1 to 4 lists the loaded records on the standard output.
   PGMDEV_DEV_INFO_MANAGER(bool generate, DWORD debug_level);
+  // The database file, below the device database directory: "/programmer/pgm_dev_info.pcf".
+  static const char* const DATABASE_FILE;
   ~PGMDEV_DEV_INFO_MANAGER();
   PGMDEV_DEV_INFO_MANAGER(const PGMDEV_DEV_INFO_MANAGER&) = default;
   PGMDEV_DEV_INFO_MANAGER& operator=(const PGMDEV_DEV_INFO_MANAGER&) = default;

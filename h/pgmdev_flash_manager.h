@@ -191,6 +191,8 @@ class PGMDEV_API PGMDEV_FLASH_MANAGER {
 
   // Configuration key of the user flash definition and its debug switch.
   static const char* const USER_FLASH_KEY;
+  // The database file, below the device database directory: "/programmer/pgm_flash.pcf".
+  static const char* const DATABASE_FILE;
   static const char* const USER_FLASH_DEBUG_KEY;
 
  protected:

@@ -327,7 +327,7 @@ void bind_device(py::module_& m) {
         if (given.find(',') != std::string::npos) {
           throw cli::CliError("give one of family=, device=, part= or pcf=, not " + given);
         }
-        cli::require_database_file("/programmer/pgm_dev_info.pcf", "device information file");
+        cli::require_device_database();
         PGMDEV_DEV_INFO_MANAGER manager(false, 0);
         const py::object answer = to_python(looking_up([&] {
           return cli::device_json(manager, {family, device, part, pcf});

@@ -36,9 +36,9 @@ class DataFileError : public CliError {
 // Adds --json to a query command, bound to the shared options.
 void add_json_flag(CLI::App* command, Options& options);
 
-// A CliError that says how to make the database file `relative` (below the device database
-// directory) when it is missing.
-void require_database_file(const std::string& relative, const std::string& what);
+// A DataFileError that says how to make the database file when it is missing.
+void require_flash_database();
+void require_device_database();
 
 // A filter that cannot match is bad input: nothing when `value` is one of `held` (case
 // ignored), else a CliError with `sentence` and, for `names`, "did you mean"; when nothing

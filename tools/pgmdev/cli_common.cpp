@@ -7,6 +7,8 @@
 #include <sstream>
 
 #include "cli.h"
+#include "pgmdev_dev_info_manager.h"
+#include "pgmdev_flash_manager.h"
 #include "platform.h"
 #include "suggest.h"
 
@@ -16,12 +18,24 @@ void add_json_flag(CLI::App* command, Options& options) {
   command->add_flag("--json", options.json, "Print the answer as a JSON document");
 }
 
+namespace {
+
 void require_database_file(const std::string& relative, const std::string& what) {
   const std::string path = gen_get_device_db_fullpath() + relative;
   if (!FIO_FILE_SYSTEM::exists(path.c_str())) {
     throw DataFileError("the " + what + " is missing: " + path +
                         "; run 'pgmdev generate all' or set PGMDEV_DEVICE_DB_DIR");
   }
+}
+
+}  // namespace
+
+void require_flash_database() {
+  require_database_file(PGMDEV_FLASH_MANAGER::DATABASE_FILE, "flash database file");
+}
+
+void require_device_database() {
+  require_database_file(PGMDEV_DEV_INFO_MANAGER::DATABASE_FILE, "device information file");
 }
 
 void require_held(const std::string& value, const std::vector<std::string>& held,

@@ -116,7 +116,7 @@ namespace {
 
 void show_device(const Options& options, const DeviceQuery& query) {
   check_query(query);  // before the file: a question without a name is the first mistake
-  require_database_file("/programmer/pgm_dev_info.pcf", "device information file");
+  require_device_database();
   PGMDEV_DEV_INFO_MANAGER manager(false, 0);
   const Answer answer = answer_for(manager, query);
   if (options.json) {
@@ -149,7 +149,7 @@ DeviceQuery parse_batch_line(const std::string& line) {
 }
 
 void device_batch(const Options& options) {
-  require_database_file("/programmer/pgm_dev_info.pcf", "device information file");
+  require_device_database();
   PGMDEV_DEV_INFO_MANAGER manager(false, 0);
   run_batch(std::cin, std::cout, options.json, [&manager](const std::string& line) {
     const Answer answer = answer_for(manager, parse_batch_line(line));

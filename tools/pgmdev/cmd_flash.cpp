@@ -19,8 +19,6 @@ namespace pgmdev::cli {
 
 namespace {
 
-const char* const FLASH_FILE = "/programmer/pgm_flash.pcf";
-
 // The flash manager over the shipped records; a user definition that is set but refused
 // is said as a warning on standard error.
 std::unique_ptr<PGMDEV_FLASH_MANAGER> load_flash_manager(DWORD slots) {

@@ -63,7 +63,7 @@ void add_dumps(PGMDEV_SFDP_AUDIT& audit, const std::filesystem::path& folder) {
 }
 
 void run_audit(const Options& options, const std::string& folder) {
-  require_database_file("/programmer/pgm_flash.pcf", "flash database file");
+  require_flash_database();
   PGMDEV_SFDP_AUDIT audit;
   if (!folder.empty()) add_dumps(audit, folder);
   const PGMDEV_FLASH_MANAGER manager(false, 1);

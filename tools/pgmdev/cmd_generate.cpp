@@ -94,6 +94,10 @@ void generate_flash(const std::string& csv, const std::string& out) {
 
 namespace {
 
+// The two database files of a share/pgmdev tree, below its top.
+const char* const DATABASE_FILES[] = {PGMDEV_DEV_INFO_MANAGER::DATABASE_FILE,
+                                      PGMDEV_FLASH_MANAGER::DATABASE_FILE};
+
 std::vector<BYTE> file_bytes(const fs::path& path) {
   std::ifstream input(path, std::ios::binary);
   std::vector<BYTE> bytes((std::istreambuf_iterator<char>(input)),
@@ -138,18 +142,17 @@ void generate_all(const std::string& data, const std::string& out_option, Writte
   fs::copy_file(parts_source, aside.path() / "h" / "pgm_parts.txt");  // the generator's input
   generating(out.string(), [&] {
     generate_device_info((fs::path(data) / "pgm_dev_info.csv").string(),
-                         (aside.path() / "programmer" / "pgm_dev_info.pcf").string(),
+                         aside.path().string() + PGMDEV_DEV_INFO_MANAGER::DATABASE_FILE,
                          aside.path().string());
     generate_flash((fs::path(data) / "pgm_flash.csv").string(),
-                   (aside.path() / "programmer" / "pgm_flash.pcf").string());
+                   aside.path().string() + PGMDEV_FLASH_MANAGER::DATABASE_FILE);
   });
   PGMDEV_FILE_SET tree;
   std::string error;
   const fs::path parts_out = out / "h" / "pgm_parts.txt";
   bool ready = tree.add_bytes(parts_out.string(), parts, error);
-  for (const char* name : {"pgm_dev_info.pcf", "pgm_flash.pcf"}) {
-    ready = ready && tree.add_file((aside.path() / "programmer" / name).string(),
-                                   (out / "programmer" / name).string(), error);
+  for (const char* name : DATABASE_FILES) {
+    ready = ready && tree.add_file(aside.path().string() + name, out.string() + name, error);
   }
   std::string note;
   if (!ready || !tree.replace_all(error, note)) {
@@ -157,9 +160,7 @@ void generate_all(const std::string& data, const std::string& out_option, Writte
   }
   if (!note.empty()) say_warning(note);
   written.push_back(parts_out.string());
-  for (const char* name : {"pgm_dev_info.pcf", "pgm_flash.pcf"}) {
-    written.push_back((out / "programmer" / name).string());
-  }
+  for (const char* name : DATABASE_FILES) written.push_back(out.string() + name);
 }
 
 struct GenerateArgs {

@@ -4,6 +4,8 @@
 
 #include "cli.h"
 #include "output.h"
+#include "pgmdev_dev_info_manager.h"
+#include "pgmdev_flash_manager.h"
 #include "platform.h"
 
 namespace pgmdev::cli {
@@ -18,8 +20,8 @@ struct Location {
 void show_info(const Options& options) {
   const std::string db_dir = gen_get_device_db_fullpath();
   const std::vector<Location> files = {
-      {"device information file", db_dir + "/programmer/pgm_dev_info.pcf"},
-      {"flash database file", db_dir + "/programmer/pgm_flash.pcf"},
+      {"device information file", db_dir + PGMDEV_DEV_INFO_MANAGER::DATABASE_FILE},
+      {"flash database file", db_dir + PGMDEV_FLASH_MANAGER::DATABASE_FILE},
       {"parts list", gen_get_korvel_path() + "/h/pgm_parts.txt"},
       {"flash INI data file", gen_get_module_path() + "/pgm_flash.ini"},
   };

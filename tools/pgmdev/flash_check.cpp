@@ -41,7 +41,7 @@ Verdict judge(const std::string& value) {
   Verdict verdict;
   static_cast<PGMDEV_USER_FLASH_VERDICT&>(verdict) = PGMDEV_FLASH_MANAGER::judge_user_flash(value);
   if (verdict.stage.empty()) {
-    require_database_file("/programmer/pgm_flash.pcf", "flash database file");
+    require_flash_database();
     verdict.loads = loads(value);
     if (!verdict.loads) {
       verdict.stage = "load";
@@ -66,7 +66,7 @@ nlohmann::ordered_json verdict_json(const Verdict& verdict) {
 
 std::unique_ptr<PGMDEV_FLASH_MANAGER> open_flash_manager(
     DWORD slots, const std::function<void(const std::string&)>& warn) {
-  require_database_file("/programmer/pgm_flash.pcf", "flash database file");
+  require_flash_database();
   const std::string key = PGMDEV_FLASH_MANAGER::USER_FLASH_KEY;
   const std::string value = cfg_get_value(key);
   std::unique_ptr<PGMDEV_FLASH_MANAGER> manager;

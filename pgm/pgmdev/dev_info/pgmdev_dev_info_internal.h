@@ -10,7 +10,6 @@
 namespace pgmdev {
 
 constexpr const char* DEV_INFO_MAGIC = "PGMIO_DM";
-constexpr const char* DEV_INFO_FILE = "/programmer/pgm_dev_info.pcf";
 constexpr const char* PARTS_LIST_FILE = "/h/pgm_parts.txt";
 // Cell separators of the source table and the parts list.
 constexpr const char* CELL_SEPARATORS = " \t\n,";

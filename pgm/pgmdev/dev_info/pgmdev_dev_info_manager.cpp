@@ -55,13 +55,15 @@ struct FIELD_READER {
 
 }  // namespace
 
+const char* const PGMDEV_DEV_INFO_MANAGER::DATABASE_FILE = "/programmer/pgm_dev_info.pcf";
+
 PGMDEV_DEV_INFO_MANAGER::PGMDEV_DEV_INFO_MANAGER(bool generate, DWORD debug_level)
     : m_debug_level(debug_level),
       m_family_table(empty_family_table()),
       m_device_table(empty_device_table()),
       m_part_table(empty_part_table()) {
   if (generate) return;  // the generator fills the manager itself
-  initialize_device_database(FIO_PATH(gen_get_device_db_fullpath() + DEV_INFO_FILE));
+  initialize_device_database(FIO_PATH(gen_get_device_db_fullpath() + DATABASE_FILE));
 }
 
 PGMDEV_DEV_INFO_MANAGER::~PGMDEV_DEV_INFO_MANAGER() = default;

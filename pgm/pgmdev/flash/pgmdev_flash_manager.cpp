@@ -13,7 +13,6 @@ namespace {
 
 constexpr const char* MODULE = pgmdev::MODULE_FLASH_MANAGER;
 constexpr const char* FLASH_MAGIC = "PGMIO_FM";
-constexpr const char* FLASH_FILE = "/programmer/pgm_flash.pcf";
 
 // The smallest encoding of one record: a tag and a length byte per string, a tag and one byte
 // per bool or BYTE, a tag and four bytes per DWORD, then the end marker. A count claiming more
@@ -39,10 +38,12 @@ bool is_none(const std::string& word) {
 
 }  // namespace
 
+const char* const PGMDEV_FLASH_MANAGER::DATABASE_FILE = "/programmer/pgm_flash.pcf";
+
 PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER(bool, DWORD device_count, bool skip_load, bool debug)
     : m_debug(debug ? 1 : 0) {
   if (skip_load) return;
-  initialize_flash_database(FIO_PATH(gen_get_device_db_fullpath() + FLASH_FILE));
+  initialize_flash_database(FIO_PATH(gen_get_device_db_fullpath() + DATABASE_FILE));
   // Checked after loading on purpose: a broken file is reported before a caller's mistake.
   PGMDEV_CHECK(device_count > 0, "count > 0", MODULE);
   m_device_count = device_count;
