@@ -5,6 +5,7 @@
 #include <sstream>
 #include <utility>
 
+#include "base/pgmdev_units.h"
 #include "flash/pgmdev_flash_columns.h"
 #include "flash/pgmdev_flash_user_codec.h"
 #include "flash/pgmdev_flash_user_rule.h"
@@ -57,9 +58,11 @@ constexpr USER_FLASH_RULE USER_FLASH_RULES[] = {
      [](const RECORD& r) { return is_known_marlo_id(r.marlo_id); }},
     {"die_count is not 0", [](const RECORD& r) { return r.die_count != 0; }},
     {"device_bit_size is a non-zero multiple of 1048576 (whole Mbit)",
-     [](const RECORD& r) { return r.device_bit_size != 0 && r.device_bit_size % 1048576 == 0; }},
+     [](const RECORD& r) { return r.device_bit_size != 0 && r.device_bit_size % MBIT == 0; }},
     {"device_sector_byte is a non-zero multiple of 1024 (whole KB)",
-     [](const RECORD& r) { return r.device_sector_byte != 0 && r.device_sector_byte % 1024 == 0; }},
+     [](const RECORD& r) {
+       return r.device_sector_byte != 0 && r.device_sector_byte % KBYTE == 0;
+     }},
     {"bulk_erase_time is 1 to 900",
      [](const RECORD& r) {
        return r.bulk_erase_time >= 1 && r.bulk_erase_time <= USER_FLASH_BULK_ERASE_MAX_S;

@@ -4,12 +4,14 @@
 #include <cstdio>
 #include <map>
 
+#include "base/pgmdev_units.h"
 #include "pgm_text.h"
 #include "pgmdev_sfdp.h"
 
 namespace {
 
-constexpr QWORD MBIT = 1048576;
+using pgmdev::KBYTE;
+using pgmdev::MBIT;
 
 // Whether the record answers these identifier bytes (arrival order), as identification does.
 bool answers(const PGMDEV_SFL_FLASH_INFO& r, const std::vector<BYTE>& id) {
@@ -152,8 +154,8 @@ void PGMDEV_SFDP_AUDIT::check_against(const PGMDEV_SFL_FLASH_INFO& r, const DUMP
     }
     if (r.device_sector_byte > c.device_sector_byte) {
       find(r, dump.name,
-           "sector " + std::to_string(r.device_sector_byte / 1024) + " KB, but " +
-               std::to_string(c.device_sector_byte / 1024) +
+           "sector " + std::to_string(r.device_sector_byte / KBYTE) + " KB, but " +
+               std::to_string(c.device_sector_byte / KBYTE) +
                " KB is the largest erase size every region supports");
     }
   } catch (const PGMDEV_SFDP_ERROR& error) {

@@ -3,14 +3,16 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/pgmdev_units.h"
 #include "flash/pgmdev_flash_columns.h"
 #include "flash/pgmdev_flash_user_rule.h"
 #include "pgmdev_sfdp.h"
 
 namespace {
 
-constexpr QWORD MBIT = 1048576;
-constexpr QWORD KB = 1024;
+using pgmdev::KBYTE;
+using pgmdev::MBIT;
+
 constexpr QWORD RECORD_MAX_BITS = 0xFFFFFFFF;
 // A definition's ranges for the three times.
 constexpr QWORD SECTOR_ERASE_MAX_S = pgmdev::USER_FLASH_SECTOR_ERASE_MAX_S;
@@ -56,8 +58,9 @@ std::string hex2(unsigned value) {
 }
 
 std::string size_text(QWORD bytes) {
-  if (bytes >= KB * KB && bytes % (KB * KB) == 0) return std::to_string(bytes / KB / KB) + " MiB";
-  if (bytes >= KB && bytes % KB == 0) return std::to_string(bytes / KB) + " KB";
+  if (bytes >= KBYTE * KBYTE && bytes % (KBYTE * KBYTE) == 0)
+    return std::to_string(bytes / KBYTE / KBYTE) + " MiB";
+  if (bytes >= KBYTE && bytes % KBYTE == 0) return std::to_string(bytes / KBYTE) + " KB";
   return std::to_string(bytes) + " B";
 }
 
@@ -67,7 +70,7 @@ QWORD ceil_div(QWORD value, QWORD by) { return (value + by - 1) / by; }
 BYTE candidate_types(const std::array<PGMDEV_SFDP_ERASE_TYPE, 4>& erase, QWORD chip_bytes) {
   BYTE candidates = 0;
   for (int k = 0; k < 4; ++k) {
-    if (erase[k].size >= KB && erase[k].size <= KB * KB && erase[k].size <= chip_bytes) {
+    if (erase[k].size >= KBYTE && erase[k].size <= KBYTE * KBYTE && erase[k].size <= chip_bytes) {
       candidates |= BYTE(1 << k);
     }
   }
@@ -303,7 +306,7 @@ void PGMDEV_SFDP_DEFINITION::set_times(const PGMDEV_SFDP& sfdp) {
     source("sec_erase_time", "basic table DWORD 10: erase type " +
                                  std::to_string(m_sector_type + 1) + " maximum, rounded up");
   } else {
-    const QWORD blocks = ceil_div(m_record.device_sector_byte, 64 * KB);
+    const QWORD blocks = ceil_div(m_record.device_sector_byte, 64 * KBYTE);
     m_record.sec_erase_time =
         DWORD(std::min(SECTOR_ERASE_MAX_S, blocks * DEFAULT_SECTOR_ERASE_S_PER_64KB));
     source("sec_erase_time", "default: the table declares no erase time");

@@ -1,9 +1,10 @@
 // The built-in HPS SPI and NAND flash definitions, in list order.
 #include "hps/pgmdev_hps_builtin.h"
 
+#include "base/pgmdev_units.h"
+
 namespace {
 
-constexpr QWORD MBIT = 1048576;  // bits per Mbit
 constexpr DWORD ID_MASK = 0xFFFFFF;
 
 // One built-in SPI row as the table reads; flash size in Mbit.
@@ -64,8 +65,9 @@ std::vector<PGMDEV_HPS_SPI_STRUCTURE> make_spi_list() {
   list.reserve(std::size(SPI_ROWS));
   for (const SPI_ROW& r : SPI_ROWS) {
     list.emplace_back(r.siid, ID_MASK, r.ext_siid, r.ext_mask, r.manufacturer, r.name,
-                      r.mbit * MBIT, r.sector, r.page, r.bulk_erase, r.bulk_wait, r.sector_erase,
-                      r.page_program, r.program_poll, r.dies, r.speed, r.se, r.pp, r.read);
+                      r.mbit * pgmdev::MBIT, r.sector, r.page, r.bulk_erase, r.bulk_wait,
+                      r.sector_erase, r.page_program, r.program_poll, r.dies, r.speed, r.se, r.pp,
+                      r.read);
   }
   return list;
 }
