@@ -2,6 +2,7 @@
 // answer and how the accepted answer is written into the fields text.
 #include "pgmdev_flash_definition.h"
 
+#include "base/pgmdev_hex.h"
 #include "pgm_common.h"
 #include "pgm_text.h"
 #include "pgmdev_flash_manager.h"
@@ -89,7 +90,7 @@ bool is_power_of_two(DWORD value) { return value != 0 && (value & (value - 1)) =
 
 bool is_divisor(const QUESTION& q) { return std::string(q.field) == "protection_division"; }
 
-std::string hex_digits(DWORD value) { return MEM_DETAIL::stl_raw_sprintf("%X", unsigned(value)); }
+using pgmdev::hex_digits;
 
 // Any text of 1 to 19 characters; a front-end that wants a value that loads also refuses
 // the separators of the fields text.

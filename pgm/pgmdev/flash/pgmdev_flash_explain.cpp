@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <string>
 
+#include "base/pgmdev_hex.h"
 #include "flash/pgmdev_flash_match.h"
 #include "pgm_text.h"
 #include "pgmdev_flash_manager.h"
@@ -179,15 +180,7 @@ const char* const BANK1[126] = {"AMD",
                                 "Media Vision",
                                 "Numonyx"};
 
-std::string hex_bytes(const BYTE* id, size_t count) {
-  std::string text;
-  for (size_t i = 0; i < count; ++i) {
-    char cell[4];
-    std::snprintf(cell, sizeof cell, "%02X", id[i]);
-    text += (i ? " " : "") + std::string(cell);
-  }
-  return text;
-}
+using pgmdev::hex_bytes;
 
 }  // namespace
 

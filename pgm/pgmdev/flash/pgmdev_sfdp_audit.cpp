@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <map>
 
+#include "base/pgmdev_hex.h"
 #include "base/pgmdev_units.h"
 #include "pgm_text.h"
 #include "pgmdev_sfdp.h"
@@ -39,11 +40,7 @@ std::string upper(std::string text) { return stl_toupper(text); }
 void PGMDEV_SFDP_AUDIT::add_dump(const std::string& name, const std::vector<BYTE>& id,
                                  const PGMDEV_SFDP& sfdp, const std::string& line) {
   std::string key = line;
-  if (key.empty() && id.size() >= 2) {
-    char text[8];
-    std::snprintf(text, sizeof text, "%02X %02X", id[0], id[1]);
-    key = text;
-  }
+  if (key.empty() && id.size() >= 2) key = pgmdev::hex_bytes(id.data(), 2);
   m_dumps.push_back({name, id, sfdp, key});
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/pgmdev_hex.h"
 #include "base/pgmdev_units.h"
 #include "flash/pgmdev_flash_columns.h"
 #include "flash/pgmdev_flash_user_rule.h"
@@ -51,11 +52,7 @@ const MAKER* maker(BYTE code) {
   return nullptr;
 }
 
-std::string hex2(unsigned value) {
-  char text[8];
-  std::snprintf(text, sizeof text, "%02X", value & 0xFF);
-  return text;
-}
+std::string hex2(unsigned value) { return pgmdev::hex_digits(value & 0xFF, 2); }
 
 std::string size_text(QWORD bytes) {
   if (bytes >= KBYTE * KBYTE && bytes % (KBYTE * KBYTE) == 0)

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <sstream>
 
+#include "base/pgmdev_hex.h"
 #include "pgmdev_sfdp.h"
 
 namespace {
@@ -15,10 +16,7 @@ int digit(char c) {
   return -1;
 }
 
-std::string hex_byte(BYTE b) {
-  static const char* const DIGITS = "0123456789ABCDEF";
-  return {DIGITS[b >> 4], DIGITS[b & 15]};
-}
+std::string hex_byte(BYTE b) { return pgmdev::hex_digits(b, 2); }
 
 // Text of the file as a message may quote it: a byte that is no printable character is
 // written as \xNN, since a NUL would end the message where it is shown.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/pgmdev_hex.h"
 #include "codec/pgmdev_le_codec.h"
 #include "pgmdev_sfdp.h"
 
@@ -17,11 +18,7 @@ constexpr WORD FOUR_BYTE_TABLE = 0xFF84;
 constexpr DWORD BASIC_MIN_DWORDS = 9;
 constexpr DWORD BASIC_DWORDS_REV_1_5 = 16;  // JESD216A and later define at least 16
 
-std::string hex(QWORD value) {
-  char text[24];
-  std::snprintf(text, sizeof text, "0x%llX", static_cast<unsigned long long>(value));
-  return text;
-}
+std::string hex(QWORD value) { return "0x" + pgmdev::hex_digits(value); }
 
 std::string table_name(WORD id) { return "table " + hex(id); }
 
