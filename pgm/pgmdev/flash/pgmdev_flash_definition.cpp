@@ -3,6 +3,7 @@
 #include "pgmdev_flash_definition.h"
 
 #include "base/pgmdev_hex.h"
+#include "flash/pgmdev_flash_user_rule.h"
 #include "pgm_common.h"
 #include "pgm_text.h"
 #include "pgmdev_flash_manager.h"
@@ -61,9 +62,12 @@ const QUESTION QUESTIONS[] = {
      KBYTE},
     {"half_size", nullptr, FIXED, 0, 0, false, false, false, AS_IS, "0"},
     {"byte4_addressing", nullptr, FIXED, 0, 0, false, false, false, AS_IS, BY_DENSITY},
-    {"bulk_erase_time", "Bulk Erase time [1 - 900 seconds] : ", DECIMAL, 1, 900},
-    {"sec_erase_time", "Sector Erase Time [1 - 60 seconds] : ", DECIMAL, 1, 60},
-    {"program_utime", "Page Program Time [1000 - 1000000 microseconds] : ", DECIMAL, 1000, 1000000},
+    {"bulk_erase_time", "Bulk Erase time [1 - 900 seconds] : ", DECIMAL, 1,
+     pgmdev::USER_FLASH_BULK_ERASE_MAX_S},
+    {"sec_erase_time", "Sector Erase Time [1 - 60 seconds] : ", DECIMAL, 1,
+     pgmdev::USER_FLASH_SECTOR_ERASE_MAX_S},
+    {"program_utime", "Page Program Time [1000 - 1000000 microseconds] : ", DECIMAL,
+     pgmdev::USER_FLASH_PROGRAM_MIN_US, pgmdev::USER_FLASH_PROGRAM_MAX_US},
     {"protection_mask", "Protection Mask (hex) [0 - FF] : ", HEX, 0x00, 0xFF, true, false, false,
      LOW_BYTE},
     {"protection_value", "Protection Value (hex) [0 - FF] : ", HEX, 0x00, 0xFF, true, false, false,
@@ -78,8 +82,6 @@ const QUESTION QUESTIONS[] = {
     {"asc_voltage", "AS Configuration Voltage : ", TEXT},
 };
 constexpr size_t QUESTION_COUNT = sizeof QUESTIONS / sizeof QUESTIONS[0];
-// The loader takes a protection divisor of at most 31 (or 255 for none).
-constexpr DWORD LOADABLE_DIVISOR_MAX = 31;
 
 // The platform's conversion, as the flash manager reads numbers.
 DWORD dword_of(const std::string& text, bool* ok) {
@@ -224,7 +226,7 @@ bool PGMDEV_FLASH_DEFINITION::answer(const std::string& text, std::string& reaso
   }
   if (!reason.empty()) return false;
   // Taken, as the dialogue always has; the loader's own limit is lower.
-  if (is_divisor(q) && value != ALL_ONES && value > LOADABLE_DIVISOR_MAX) {
+  if (is_divisor(q) && value != ALL_ONES && value > pgmdev::USER_FLASH_DIVISION_MAX) {
     reason = "a protection divisor of " + answer +
              " is taken, but the loader takes at most 1F: the value will be made and never load";
   }

@@ -1,9 +1,11 @@
 // The user flash definition: reading the configuration value into the user's record, with
 // every check that keeps a malformed or foreign definition out.
 #include <cstdlib>
+#include <cstring>
 #include <iostream>
 #include <sstream>
 #include <utility>
+#include <vector>
 
 #include "base/pgmdev_units.h"
 #include "flash/pgmdev_flash_columns.h"
@@ -18,8 +20,20 @@
 const char* const PGMDEV_FLASH_MANAGER::USER_FLASH_KEY = "PGM_3RD_PARTY_FLASH_INI";
 const char* const PGMDEV_FLASH_MANAGER::USER_FLASH_DEBUG_KEY = "PGM_3RD_PARTY_FLASH_INI_DEBUG";
 
+namespace {
+
+constexpr BYTE KNOWN_MARLO_IDS[] = {16, 18, 20, 21, 22, 24, 25, 32};
+
+std::string known_marlo_ids_text() {
+  std::string text;
+  for (const BYTE id : KNOWN_MARLO_IDS) text += (text.empty() ? "" : ", ") + std::to_string(id);
+  return text;
+}
+
+}  // namespace
+
 bool pgmdev::is_known_marlo_id(BYTE id) {
-  for (const BYTE known : {16, 18, 20, 21, 22, 24, 25, 32}) {
+  for (const BYTE known : KNOWN_MARLO_IDS) {
     if (id == known) return true;
   }
   return false;
@@ -32,63 +46,83 @@ using RECORD = PGMDEV_SFL_FLASH_INFO;
 
 bool is_position(BYTE index) { return index <= 2; }
 
+std::string from_to(DWORD low, DWORD high) {
+  return std::to_string(low) + " to " + std::to_string(high);
+}
+
 // The ranges and relations a definition must satisfy before it may drive a chip, each with
-// the sentence that names it.
+// the sentence that names it ("<column> is <what it must be>"), built from the ranges of
+// pgmdev_flash_user_rule.h so that no number is written twice.
 struct USER_FLASH_RULE {
-  const char* text;
+  const char* column;
+  std::string text;
   bool (*holds)(const RECORD&);
 };
 
-constexpr USER_FLASH_RULE USER_FLASH_RULES[] = {
-    {"memory_id is not 0", [](const RECORD& r) { return r.memory_id != 0; }},
-    {"memory_id_index is 0, 1 or 2",
-     [](const RECORD& r) { return is_position(r.memory_id_index); }},
-    {"memory_type_index is 255, or 0 to 2 and not memory_id_index",
-     [](const RECORD& r) {
-       return r.memory_type_index == 0xFF ||
-              (is_position(r.memory_type_index) && r.memory_type_index != r.memory_id_index);
-     }},
-    {"mfc_id_index is 255, or 0 to 2 and at neither other index",
-     [](const RECORD& r) {
-       return r.mfc_id_index == 0xFF ||
-              (is_position(r.mfc_id_index) && r.mfc_id_index != r.memory_id_index &&
-               (r.memory_type_index == 0xFF || r.mfc_id_index != r.memory_type_index));
-     }},
-    {"marlo_id is one of 16, 18, 20, 21, 22, 24, 25, 32",
-     [](const RECORD& r) { return is_known_marlo_id(r.marlo_id); }},
-    {"die_count is not 0", [](const RECORD& r) { return r.die_count != 0; }},
-    {"device_bit_size is a non-zero multiple of 1048576 (whole Mbit)",
-     [](const RECORD& r) { return r.device_bit_size != 0 && r.device_bit_size % MBIT == 0; }},
-    {"device_sector_byte is a non-zero multiple of 1024 (whole KB)",
-     [](const RECORD& r) {
-       return r.device_sector_byte != 0 && r.device_sector_byte % KBYTE == 0;
-     }},
-    {"bulk_erase_time is 1 to 900",
-     [](const RECORD& r) {
-       return r.bulk_erase_time >= 1 && r.bulk_erase_time <= USER_FLASH_BULK_ERASE_MAX_S;
-     }},
-    {"sec_erase_time is 1 to 60",
-     [](const RECORD& r) {
-       return r.sec_erase_time >= 1 && r.sec_erase_time <= USER_FLASH_SECTOR_ERASE_MAX_S;
-     }},
-    {"program_utime is 1000 to 1000000",
-     [](const RECORD& r) {
-       return r.program_utime >= USER_FLASH_PROGRAM_MIN_US &&
-              r.program_utime <= USER_FLASH_PROGRAM_MAX_US;
-     }},
-    {"protection_division is at most 31, or 255",
-     [](const RECORD& r) {
-       return r.protection_division <= USER_FLASH_DIVISION_MAX || r.protection_division == 0xFF;
-     }},
-};
+const std::vector<USER_FLASH_RULE>& user_flash_rules() {
+  static const std::vector<USER_FLASH_RULE> rules = [] {
+    std::vector<USER_FLASH_RULE> list = {
+        {"memory_id", "not 0", [](const RECORD& r) { return r.memory_id != 0; }},
+        {"memory_id_index", "0, 1 or 2",
+         [](const RECORD& r) { return is_position(r.memory_id_index); }},
+        {"memory_type_index", "255, or 0 to 2 and not memory_id_index",
+         [](const RECORD& r) {
+           return r.memory_type_index == 0xFF ||
+                  (is_position(r.memory_type_index) && r.memory_type_index != r.memory_id_index);
+         }},
+        {"mfc_id_index", "255, or 0 to 2 and at neither other index",
+         [](const RECORD& r) {
+           return r.mfc_id_index == 0xFF ||
+                  (is_position(r.mfc_id_index) && r.mfc_id_index != r.memory_id_index &&
+                   (r.memory_type_index == 0xFF || r.mfc_id_index != r.memory_type_index));
+         }},
+        {"marlo_id", "one of " + known_marlo_ids_text(),
+         [](const RECORD& r) { return is_known_marlo_id(r.marlo_id); }},
+        {"die_count", "not 0", [](const RECORD& r) { return r.die_count != 0; }},
+        {"device_bit_size", "a non-zero multiple of " + std::to_string(MBIT) + " (whole Mbit)",
+         [](const RECORD& r) { return r.device_bit_size != 0 && r.device_bit_size % MBIT == 0; }},
+        {"device_sector_byte", "a non-zero multiple of " + std::to_string(KBYTE) + " (whole KB)",
+         [](const RECORD& r) {
+           return r.device_sector_byte != 0 && r.device_sector_byte % KBYTE == 0;
+         }},
+        {"bulk_erase_time", from_to(1, USER_FLASH_BULK_ERASE_MAX_S),
+         [](const RECORD& r) {
+           return r.bulk_erase_time >= 1 && r.bulk_erase_time <= USER_FLASH_BULK_ERASE_MAX_S;
+         }},
+        {"sec_erase_time", from_to(1, USER_FLASH_SECTOR_ERASE_MAX_S),
+         [](const RECORD& r) {
+           return r.sec_erase_time >= 1 && r.sec_erase_time <= USER_FLASH_SECTOR_ERASE_MAX_S;
+         }},
+        {"program_utime", from_to(USER_FLASH_PROGRAM_MIN_US, USER_FLASH_PROGRAM_MAX_US),
+         [](const RECORD& r) {
+           return r.program_utime >= USER_FLASH_PROGRAM_MIN_US &&
+                  r.program_utime <= USER_FLASH_PROGRAM_MAX_US;
+         }},
+        {"protection_division", "at most " + std::to_string(USER_FLASH_DIVISION_MAX) + ", or 255",
+         [](const RECORD& r) {
+           return r.protection_division <= USER_FLASH_DIVISION_MAX || r.protection_division == 0xFF;
+         }},
+    };
+    for (USER_FLASH_RULE& rule : list) rule.text = std::string(rule.column) + " is " + rule.text;
+    return list;
+  }();
+  return rules;
+}
 
 }  // namespace
 
-const char* PGMDEV_FLASH_MANAGER::broken_user_flash_rule(const PGMDEV_SFL_FLASH_INFO& record) {
-  for (const USER_FLASH_RULE& rule : USER_FLASH_RULES) {
-    if (!rule.holds(record)) return rule.text;
+const char* pgmdev::broken_user_flash_rule_of(const char* column,
+                                              const PGMDEV_SFL_FLASH_INFO& record) {
+  for (const USER_FLASH_RULE& rule : user_flash_rules()) {
+    if ((column == nullptr || std::strcmp(column, rule.column) == 0) && !rule.holds(record)) {
+      return rule.text.c_str();
+    }
   }
   return nullptr;
+}
+
+const char* PGMDEV_FLASH_MANAGER::broken_user_flash_rule(const PGMDEV_SFL_FLASH_INFO& record) {
+  return pgmdev::broken_user_flash_rule_of(nullptr, record);
 }
 
 namespace pgmdev::user_flash {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "pgm_types.h"
+#include "pgmdev_flash_manager.h"
 
 namespace pgmdev {
 
@@ -14,5 +15,9 @@ constexpr BYTE USER_FLASH_DIVISION_MAX = 31;  // protection_division, or 0xFF fo
 
 // The configuration device type codes a user definition may carry.
 bool is_known_marlo_id(BYTE id);
+
+// The sentence of the first rule of `column` (every column when null) that the record breaks,
+// or null: the one rule table behind PGMDEV_FLASH_MANAGER::broken_user_flash_rule.
+const char* broken_user_flash_rule_of(const char* column, const PGMDEV_SFL_FLASH_INFO& record);
 
 }  // namespace pgmdev

@@ -2,6 +2,7 @@
 // safe defaults), and the definition sealed as a user flash configuration value.
 #include <sstream>
 
+#include "base/pgmdev_hex.h"
 #include "flash/pgmdev_flash_columns.h"
 #include "flash/pgmdev_flash_user_codec.h"
 #include "flash/pgmdev_flash_user_rule.h"
@@ -25,12 +26,8 @@ void PGMDEV_SFDP_DEFINITION::set_answers(const PGMDEV_SFDP_CHOICES& c) {
     member = answer ? *answer : fallback;
     source(column, answer ? std::string("given") : std::string("default: ") + why);
   };
-  const char id_text[] = "0123456789ABCDEF";
-  std::string fallback_name = "SFDP-";
-  for (const BYTE b : {r.mfc_id, r.memory_type, r.memory_id}) {
-    fallback_name += id_text[b >> 4];
-    fallback_name += id_text[b & 15];
-  }
+  const BYTE id[] = {r.mfc_id, r.memory_type, r.memory_id};
+  const std::string fallback_name = "SFDP-" + pgmdev::hex_bytes(id, 3, "");
   take("device_name", r.device_name, c.device_name, fallback_name, "named after the identifier");
   check_text("device_name", r.device_name);
   take("asc_voltage", r.asc_voltage, c.asc_voltage, std::string("3.3V"), "the usual AS voltage");
@@ -38,8 +35,8 @@ void PGMDEV_SFDP_DEFINITION::set_answers(const PGMDEV_SFDP_CHOICES& c) {
   take("die_count", r.die_count, c.die_count, BYTE(1), "one die");
   if (r.die_count < 1 || r.die_count > 2) throw PGMDEV_SFDP_ERROR("die_count must be 1 or 2");
   take("marlo_id", r.marlo_id, c.marlo_id, BYTE(32), "the code of a commodity flash");
-  if (!pgmdev::is_known_marlo_id(r.marlo_id)) {
-    throw PGMDEV_SFDP_ERROR("marlo_id must be one of 16, 18, 20, 21, 22, 24, 25, 32");
+  if (const char* rule = pgmdev::broken_user_flash_rule_of("marlo_id", r)) {
+    throw PGMDEV_SFDP_ERROR(rule);
   }
   const char* no_protection = "no protection handling";
   take("protection_mask", r.protection_mask, c.protection_mask, BYTE(0), no_protection);
@@ -47,8 +44,8 @@ void PGMDEV_SFDP_DEFINITION::set_answers(const PGMDEV_SFDP_CHOICES& c) {
   take("unprotect_value", r.unprotect_value, c.unprotect_value, BYTE(0), no_protection);
   take("protection_division", r.protection_division, c.protection_division, BYTE(0xFF),
        no_protection);
-  if (r.protection_division > pgmdev::USER_FLASH_DIVISION_MAX && r.protection_division != 0xFF) {
-    throw PGMDEV_SFDP_ERROR("protection_division must be at most 31, or 255 for none");
+  if (const char* rule = pgmdev::broken_user_flash_rule_of("protection_division", r)) {
+    throw PGMDEV_SFDP_ERROR(rule);
   }
   take("bottom_value", r.bottom_value, c.bottom_value, BYTE(0), no_protection);
   const char* plain = "plain programming flow";
