@@ -15,7 +15,6 @@ namespace {
 using pgmdev::DB_READER;
 using pgmdev::DB_WRITER;
 using pgmdev::MODULE_DEV_INFO;
-using pgmdev::MODULE_FLASH_MANAGER;
 
 using test_support::internal_error_of;
 
@@ -46,49 +45,8 @@ std::vector<BYTE> sample_record() {
   return bytes_of(writer);
 }
 
-// Reads sample_record's layout back; throws on the first broken check.
+// Reads sample_record's layout back, checking each value; throws on the first broken check.
 void read_sample(const std::vector<BYTE>& data) {
-  DB_READER reader(data.data(), DWORD(data.size()), MODULE_DEV_INFO);
-  bool flag = false;
-  BYTE byte = 0;
-  WORD word = 0;
-  DWORD dword = 0;
-  std::string text;
-  reader.get_dword();
-  reader.get_bool_data(&flag);
-  reader.get_bool_data(&flag);
-  reader.get_byte_data(&byte);
-  reader.get_word_data(&word);
-  reader.get_dword_data(&dword);
-  reader.get_dword_data(&dword);
-  reader.get_string_data(false, &text);
-  reader.get_string_data(true, &text);
-  reader.confirm_data_type_end();
-  reader.confirm_database_end();
-}
-
-TEST_F(CodecTest, WritersProduceTheKnownEncodings) {
-  DB_WRITER writer(64, MODULE_DEV_INFO);
-  writer.dump_dword_database(0x01020304);
-  writer.dump_bool_to_database("TRUE");
-  writer.dump_bool_to_database("FALSE");
-  writer.dump_bool_to_database("");
-  writer.dump_value_to_database("0x1FF", 1);  // higher bytes dropped without a check
-  writer.dump_value_to_database("0x1234", 2);
-  writer.dump_value_to_database("305419896", 4);
-  writer.dump_enum_value(0xFFFFFFFF);
-  writer.dump_string_to_database(false, "abc", PGMDEV_MANAGER_DEVID_STR);
-  writer.dump_data_type_end();
-  writer.dump_database_end();
-  const std::vector<BYTE> expected = {4,   3,    2,    1,    3,    1,   3,    0,    3,    0,
-                                      4,   0xFF, 5,    0x34, 0x12, 6,   0x78, 0x56, 0x34, 0x12,
-                                      7,   0xFF, 0xFF, 0xFF, 0xFF, 1,   3,    'a',  'b',  'c',
-                                      'E', 'N',  'D',  '1',  'E',  'N', 'D',  '2'};
-  EXPECT_EQ(bytes_of(writer), expected);
-}
-
-TEST_F(CodecTest, ValuesRoundTrip) {
-  const std::vector<BYTE> data = sample_record();
   DB_READER reader(data.data(), DWORD(data.size()), MODULE_DEV_INFO);
   bool flag = false;
   BYTE byte = 0;
@@ -115,6 +73,26 @@ TEST_F(CodecTest, ValuesRoundTrip) {
   reader.confirm_data_type_end();
   reader.confirm_database_end();
   EXPECT_EQ(reader.index(), data.size());
+}
+
+TEST_F(CodecTest, WritersProduceTheKnownEncodings) {
+  DB_WRITER writer(64, MODULE_DEV_INFO);
+  writer.dump_dword_database(0x01020304);
+  writer.dump_bool_to_database("TRUE");
+  writer.dump_bool_to_database("FALSE");
+  writer.dump_bool_to_database("");
+  writer.dump_value_to_database("0x1FF", 1);  // higher bytes dropped without a check
+  writer.dump_value_to_database("0x1234", 2);
+  writer.dump_value_to_database("305419896", 4);
+  writer.dump_enum_value(0xFFFFFFFF);
+  writer.dump_string_to_database(false, "abc", PGMDEV_MANAGER_DEVID_STR);
+  writer.dump_data_type_end();
+  writer.dump_database_end();
+  const std::vector<BYTE> expected = {4,   3,    2,    1,    3,    1,   3,    0,    3,    0,
+                                      4,   0xFF, 5,    0x34, 0x12, 6,   0x78, 0x56, 0x34, 0x12,
+                                      7,   0xFF, 0xFF, 0xFF, 0xFF, 1,   3,    'a',  'b',  'c',
+                                      'E', 'N',  'D',  '1',  'E',  'N', 'D',  '2'};
+  EXPECT_EQ(bytes_of(writer), expected);
 }
 
 TEST_F(CodecTest, ReadersCheckTagsValuesAndMarkers) {
@@ -200,32 +178,7 @@ TEST_F(CodecTest, EveryTruncationStopsAtTheBoundCheck) {
     EXPECT_EQ(condition.rfind("index + ", 0), 0u) << "length " << length << ": " << condition;
     EXPECT_NE(condition.find("<= data_size"), std::string::npos) << "length " << length;
   }
-  EXPECT_EQ(internal_error_of([&] { read_sample(data); }), "");
-}
-
-TEST_F(CodecTest, EverySingleBitFlipEndsInAnErrorOrAValidRead) {
-  const std::vector<BYTE> data = sample_record();
-  int failures = 0;
-  for (size_t bit = 0; bit < data.size() * 8; ++bit) {
-    std::vector<BYTE> flipped = data;
-    flipped[bit / 8] ^= BYTE(1u << (bit % 8));
-    if (!internal_error_of([&] { read_sample(flipped); }).empty()) ++failures;
-  }
-  // Payload bits may flip silently; every tag, length and marker bit must not.
-  EXPECT_GT(failures, 100);
-}
-
-TEST_F(CodecTest, ReportsCarryTheCallersModule) {
-  const std::vector<BYTE> data = {9};
-  DB_READER reader(data.data(), 1, MODULE_FLASH_MANAGER);
-  bool flag;
-  try {
-    reader.get_bool_data(&flag);
-    FAIL() << "no internal error";
-  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
-    EXPECT_EQ(error.source_file(), MODULE_FLASH_MANAGER);
-    EXPECT_EQ(error.category(), "PGMDEV");
-  }
+  EXPECT_EQ(internal_error_of([&] { read_sample(data); }), "");  // and every value read back
 }
 
 // The line of the report: that of the failed check, or of the caller's read for a bound.
