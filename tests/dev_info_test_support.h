@@ -89,10 +89,6 @@ class PROBE : public PGMDEV_DEV_INFO_MANAGER {
 class DEV_INFO_TEST : public ::testing::Test {
  protected:
   void SetUp() override {
-    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    m_dir = std::string(PGMDEV_BINARY_DIR) + "/dev_info_test/" + info->test_suite_name() + "." +
-            info->name();
-    fs::remove_all(m_dir);
     fs::create_directories(m_dir + "/h");
     fs::create_directories(m_dir + "/programmer");
     fs::copy_file(source_file("pgm_parts.txt"), m_dir + "/h/pgm_parts.txt");
@@ -110,7 +106,6 @@ class DEV_INFO_TEST : public ::testing::Test {
     MSG_INTERNAL_ERROR::set_hook(m_previous_report);
     cfg_unset_value("PGMDEV_DEVICE_DB_DIR");
     cfg_unset_value("PGMDEV_INSTALL_DIR");
-    fs::remove_all(m_dir);
   }
 
   std::string csv_path() const { return m_dir + "/pgm_dev_info.csv"; }
@@ -146,7 +141,8 @@ class DEV_INFO_TEST : public ::testing::Test {
     return pgmdev::inflate_body(read_bytes(pcf_path()), pgmdev::MODULE_DEV_INFO);
   }
 
-  std::string m_dir;
+  const pgmdev::test::ScratchDir m_scratch{"dev_info"};
+  const std::string m_dir = m_scratch.path().string();
   std::vector<std::string> m_notices;
   std::vector<MSG_INTERNAL_ERROR_INFO> m_reports;
   PGM_COMMON::EMAIL_HOOK m_previous_email;
