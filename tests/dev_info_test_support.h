@@ -61,12 +61,8 @@ class PROBE : public PGMDEV_DEV_INFO_MANAGER {
  public:
   using PGMDEV_DEV_INFO_MANAGER::convert_id_enum_to_string;
   using PGMDEV_DEV_INFO_MANAGER::copy_database;
-  using PGMDEV_DEV_INFO_MANAGER::initialize_device_database;
-  using PGMDEV_DEV_INFO_MANAGER::initialize_from_image;
-  using PGMDEV_DEV_INFO_MANAGER::m_device_table;
   using PGMDEV_DEV_INFO_MANAGER::m_family_table;
   using PGMDEV_DEV_INFO_MANAGER::m_index;
-  using PGMDEV_DEV_INFO_MANAGER::m_part_table;
   using PGMDEV_DEV_INFO_MANAGER::m_parts_list;
   using PGMDEV_DEV_INFO_MANAGER::parse_pgm_parts;
   using PGMDEV_DEV_INFO_MANAGER::PGMDEV_DEV_INFO_MANAGER;
