@@ -31,25 +31,7 @@ class PlatformServices : public ::testing::Test {
   const std::string m_folder = m_scratch.path().string();
 };
 
-TEST_F(PlatformServices, FatalReportReachesHookThenThrows) {
-  std::vector<MSG_INTERNAL_ERROR_INFO> seen;
-  MSG_INTERNAL_ERROR::set_hook([&](const MSG_INTERNAL_ERROR_INFO& info) { seen.push_back(info); });
-  try {
-    MSG_INTERNAL_ERROR::report("m_index < TOTAL_DATABASE_DEVICE", "PGMDEV",
-                               "pgm/pgmdev/pgmdev_dev_info_manager", 42);
-    FAIL() << "report returned";
-  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
-    ASSERT_EQ(seen.size(), 1u);
-    EXPECT_TRUE(seen[0].fatal);
-    EXPECT_STREQ(error.what(), "m_index < TOTAL_DATABASE_DEVICE");
-    EXPECT_EQ(error.condition(), "m_index < TOTAL_DATABASE_DEVICE");
-    EXPECT_EQ(error.category(), "PGMDEV");
-    EXPECT_EQ(error.source_file(), "pgm/pgmdev/pgmdev_dev_info_manager");
-    EXPECT_EQ(error.line(), 42);
-  }
-}
-
-TEST_F(PlatformServices, SoftReportsReturn) {
+TEST_F(PlatformServices, ReportsReachTheHookAndOnlyFatalOnesThrow) {
   std::vector<MSG_INTERNAL_ERROR_INFO> seen;
   MSG_INTERNAL_ERROR::set_hook([&](const MSG_INTERNAL_ERROR_INFO& info) { seen.push_back(info); });
   MSG_INTERNAL_ERROR::report_soft("soft", "PGMDEV", "pgm/pgmdev/pgmdev_ddb_mgr", 1);
@@ -58,6 +40,19 @@ TEST_F(PlatformServices, SoftReportsReturn) {
   EXPECT_FALSE(seen[0].fatal);
   EXPECT_EQ(seen[1].condition, "value 5 of x");
   EXPECT_EQ(seen[1].line, 2);
+  try {
+    MSG_INTERNAL_ERROR::report("m_index < TOTAL_DATABASE_DEVICE", "PGMDEV",
+                               "pgm/pgmdev/pgmdev_dev_info_manager", 42);
+    FAIL() << "report returned";
+  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
+    ASSERT_EQ(seen.size(), 3u);
+    EXPECT_TRUE(seen[2].fatal);
+    EXPECT_STREQ(error.what(), "m_index < TOTAL_DATABASE_DEVICE");
+    EXPECT_EQ(error.condition(), "m_index < TOTAL_DATABASE_DEVICE");
+    EXPECT_EQ(error.category(), "PGMDEV");
+    EXPECT_EQ(error.source_file(), "pgm/pgmdev/pgmdev_dev_info_manager");
+    EXPECT_EQ(error.line(), 42);
+  }
 }
 
 TEST_F(PlatformServices, ReportsCarryTheOpenContext) {
