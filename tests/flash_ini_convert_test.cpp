@@ -3,6 +3,7 @@
 
 #include <fstream>
 #include <functional>
+#include <iomanip>
 #include <map>
 #include <sstream>
 #include <string>
@@ -82,19 +83,6 @@ TEST(FlashIniPlainConversion, ProgrammingErrorsAreInternalErrors) {
             "Invalid string to integer conversion");
 }
 
-// The next word of `line`; a word in double quotes may hold blanks.
-std::string next_word(std::istringstream& line) {
-  std::string word;
-  line >> std::ws;
-  if (line.peek() == '"') {
-    line.get();
-    std::getline(line, word, '"');
-  } else {
-    line >> word;
-  }
-  return word;
-}
-
 // A range or hit list as the parameter tables write it ("-" for none).
 std::vector<DWORD> list_of(const std::string& word) {
   std::vector<DWORD> list;
@@ -115,10 +103,11 @@ TEST(FlashIniCheckedConversion, CasesOfTheTable) {
   for (std::string text; std::getline(file, text);) {
     if (text.empty() || text[0] == '#') continue;
     std::istringstream line(text);
-    const std::string type = next_word(line), number = next_word(line), flags = next_word(line);
-    const DWORD multiple = DWORD(std::stoul(next_word(line)));
-    const std::vector<DWORD> ranges = list_of(next_word(line)), hits = list_of(next_word(line));
-    const std::string value = next_word(line), error = next_word(line);
+    std::string type, number, flags, range_list, hit_list, value, error;
+    DWORD multiple = 0;
+    line >> type >> std::quoted(number) >> flags >> multiple >> range_list >> hit_list >> value >>
+        std::quoted(error);
+    const std::vector<DWORD> ranges = list_of(range_list), hits = list_of(hit_list);
     const CHECKED r =
         checked(types.count(type) ? types.at(type) : PGMDEV_PARAM_TYPE(std::stoul(type)), number,
                 flags.find('h') != std::string::npos, flags.find('p') != std::string::npos,
