@@ -118,14 +118,12 @@ class FaultWalk : public ::testing::Test {
     }
     std::cout << "[ walk     ] " << name << ": " << calls << " calls x " << std::size(ERRORS)
               << " errors = " << calls * std::size(ERRORS) << " failed runs\n";
-    m_points += calls * std::size(ERRORS);
   }
 
   const pgmdev::test::ScratchDir m_scratch{"walk"};
   const fs::path m_folder = m_scratch.path();
   std::string m_reports;
   MSG_INTERNAL_ERROR::HOOK m_previous;
-  QWORD m_points = 0;
 };
 
 TEST_F(FaultWalk, FlashIniWriteAndUpdate) {
