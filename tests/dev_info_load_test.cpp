@@ -118,16 +118,4 @@ TEST_F(DevInfoLoadTest, IdentifiersOutsideTheEnumerationsLoadAndOnlySearchesRefu
             "id < DEV_DEVICE_MAX");
 }
 
-TEST_F(DevInfoLoadTest, EveryTruncationOfTheRecordAreaIsAnInternalError) {
-  const std::vector<BYTE> body = shipped_body();
-  const DWORD csv_size = DWORD(table_offset(body));
-  // Every length through the first records, then every eleventh.
-  for (DWORD length = 0; length < csv_size; length += length < 1000 ? 1 : 11) {
-    const std::vector<BYTE> cut(body.begin(), body.begin() + length);
-    const std::string condition =
-        internal_error_of([&] { PROBE(true, 0).parse_body(cut, csv_size); });
-    ASSERT_NE(condition, "") << length;
-  }
-}
-
 }  // namespace

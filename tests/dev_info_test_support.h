@@ -72,12 +72,6 @@ class PROBE : public PGMDEV_DEV_INFO_MANAGER {
   using PGMDEV_DEV_INFO_MANAGER::search_part;
   using PGMDEV_DEV_INFO_MANAGER::search_pcf_for_device;
   using PGMDEV_DEV_INFO_MANAGER::search_pcf_for_part;
-
-  // Parses a decompressed body as a load does, with the record area size of the file.
-  void parse_body(const std::vector<BYTE>& body, DWORD csv_memory_size) {
-    m_csv_memory_size = csv_memory_size;
-    parse_database(std::make_shared<const std::vector<BYTE>>(body), false);
-  }
 };
 
 // A scratch installation: <dir>/h/pgm_parts.txt and <dir>/programmer/, found through the
@@ -131,10 +125,6 @@ class DEV_INFO_TEST : public ::testing::Test {
         "PGMIO_DM", PGMDEV_DEV_INFO_CSV_MD5_TEXT, DWORD(body.size()), pgmdev::MODULE_DEV_INFO);
     writer.dump_bytes(body.data(), DWORD(body.size()));
     pgmdev::write_database_file(pcf_path(), writer.data(), pgmdev::MODULE_DEV_INFO);
-  }
-
-  std::vector<BYTE> shipped_body() {
-    return pgmdev::inflate_body(read_bytes(pcf_path()), pgmdev::MODULE_DEV_INFO);
   }
 
   const pgmdev::test::ScratchDir m_scratch{"dev_info"};
