@@ -26,10 +26,10 @@ namespace fs = std::filesystem;
 // Reaches the manager's protected members.
 class PROBE : public PGMDEV_FLASH_MANAGER {
  public:
-  using PGMDEV_FLASH_MANAGER::cmp_ini_password;
   using PGMDEV_FLASH_MANAGER::decode_ini;
   using PGMDEV_FLASH_MANAGER::encode_ini;
   using PGMDEV_FLASH_MANAGER::gen_ini_password;
+  using PGMDEV_FLASH_MANAGER::ini_version_line;
 };
 
 // The condition text of the internal error `action` raises in the flash manager, or "" when
