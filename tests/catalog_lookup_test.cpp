@@ -5,7 +5,6 @@
 #include <cctype>
 #include <climits>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "pgm_dev_catalog.h"
@@ -131,17 +130,6 @@ TEST(CatalogBounds, OutOfRangeValuesGiveEmptyOrInvalid) {
   EXPECT_EQ(dstr_get_dev_part_enum_by_string(nullptr), DEV_PART_INVALID);
   EXPECT_EQ(dstr_get_dev_device_enum_by_string(""), DEV_DEVICE_INVALID);
   EXPECT_EQ(dstr_get_dev_family_enum_by_string("ANY"), DEV_FAMILY_INVALID);
-}
-
-TEST(CatalogBounds, ConcurrentFirstUseAgrees) {
-  // Run alone (as CTest does), this is the process's first use of the catalogue.
-  std::vector<int> found(4, 0);
-  std::vector<std::thread> threads;
-  for (size_t i = 0; i < found.size(); ++i) {
-    threads.emplace_back([&found, i] { found[i] = dstr_get_dev_part_enum_by_string("generic"); });
-  }
-  for (std::thread& t : threads) t.join();
-  for (int value : found) EXPECT_EQ(value, DEV_PART_GENERIC);
 }
 
 }  // namespace

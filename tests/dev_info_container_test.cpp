@@ -1,8 +1,6 @@
 // Database file container: compression, size checks, magic and digest, file read and write.
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
@@ -11,6 +9,7 @@
 #include "codec/pgmdev_db_container.h"
 #include "internal_error_support.h"
 #include "pgm_msg.h"
+#include "support.h"
 
 namespace {
 
@@ -19,24 +18,12 @@ using namespace pgmdev;
 const char* const EXISTS_TEXT = "exists";
 const std::string DIGEST = "0123456789abcdef0123456789abcdef";
 
+using pgmdev::test::read_bytes;
+using pgmdev::test::write_bytes;
 using test_support::internal_error_of;
 
 class ContainerTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    // CTest runs tests in parallel: each test gets a file of its own.
-    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    m_path = std::string(PGMDEV_BINARY_DIR) + "/dev_info_container_" + info->name() + ".pcf";
-  }
-  void TearDown() override { std::remove(m_path.c_str()); }
-  void write_raw(const std::vector<BYTE>& bytes) {
-    std::ofstream(m_path, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-  }
-  std::vector<BYTE> read_raw() {
-    std::ifstream input(m_path, std::ios::binary);
-    return std::vector<BYTE>(std::istreambuf_iterator<char>(input), {});
-  }
   // A file image whose body is `body`.
   std::vector<BYTE> image_of(const std::vector<BYTE>& body) {
     DB_WRITER writer =
@@ -45,7 +32,8 @@ class ContainerTest : public ::testing::Test {
     return writer.data();
   }
   const test_support::SILENCED_REPORTS m_silence;
-  std::string m_path;
+  const pgmdev::test::ScratchDir m_dir{"container"};
+  const std::string m_path = (m_dir / "db.pcf").string();
 };
 
 TEST_F(ContainerTest, CompressKeepsTheHeaderAndInflatesBack) {
@@ -91,13 +79,13 @@ TEST_F(ContainerTest, InflatingToAnotherSizeOrGarbageIsRefused) {
 TEST_F(ContainerTest, FileRoundTripsWithAZeroChecksumField) {
   const std::vector<BYTE> body = {1, 0, 0, 0, 'E', 'N', 'D', '2'};
   write_database_file(m_path, image_of(body), MODULE_DEV_INFO);
-  std::vector<BYTE> file = read_raw();
+  std::vector<BYTE> file = read_bytes(m_path);
   ASSERT_GT(file.size(), 46u);
   EXPECT_EQ(file[file.size() - 2], 0);
   EXPECT_EQ(file[file.size() - 1], 0);
   // The checksum field is never read: any value loads the same.
   file[file.size() - 1] = 0x5A;
-  write_raw(file);
+  write_bytes(m_path, file);
   const std::vector<BYTE> image = read_database_file(m_path, EXISTS_TEXT, MODULE_DEV_INFO);
   EXPECT_TRUE(has_magic(image, "PGMIO_DM"));
   EXPECT_FALSE(has_magic(image, "PGMIO_FM"));
@@ -111,7 +99,7 @@ TEST_F(ContainerTest, SizeLimitsOfTheFile) {
             EXISTS_TEXT);
   std::vector<BYTE> small = image_of({});  // 44 header bytes
   small.resize(46);
-  write_raw(small);
+  write_bytes(m_path, small);
   EXPECT_EQ(internal_error_of([&] { read_database_file(m_path, EXISTS_TEXT, MODULE_DEV_INFO); }),
             "file_size > (8 + 32 + 4 + 2)");
   // One byte of "stream" passes the size test and fails in inflating, whatever body size the
@@ -120,7 +108,7 @@ TEST_F(ContainerTest, SizeLimitsOfTheFile) {
     small = image_of({1});
     small.resize(47);
     for (int i = 0; i < 4; ++i) small[40 + i] = BYTE(stated >> (8 * i));
-    write_raw(small);
+    write_bytes(m_path, small);
     const std::vector<BYTE> image = read_database_file(m_path, EXISTS_TEXT, MODULE_DEV_INFO);
     EXPECT_EQ(internal_error_of([&] { inflate_body(image, MODULE_DEV_INFO); }),
               "zlib_uncompress(decompressed_data, &new_dcmp_size, data, decompressed_count) == "

@@ -61,12 +61,8 @@ class PROBE : public PGMDEV_DEV_INFO_MANAGER {
  public:
   using PGMDEV_DEV_INFO_MANAGER::convert_id_enum_to_string;
   using PGMDEV_DEV_INFO_MANAGER::copy_database;
-  using PGMDEV_DEV_INFO_MANAGER::initialize_device_database;
-  using PGMDEV_DEV_INFO_MANAGER::initialize_from_image;
-  using PGMDEV_DEV_INFO_MANAGER::m_device_table;
   using PGMDEV_DEV_INFO_MANAGER::m_family_table;
   using PGMDEV_DEV_INFO_MANAGER::m_index;
-  using PGMDEV_DEV_INFO_MANAGER::m_part_table;
   using PGMDEV_DEV_INFO_MANAGER::m_parts_list;
   using PGMDEV_DEV_INFO_MANAGER::parse_pgm_parts;
   using PGMDEV_DEV_INFO_MANAGER::PGMDEV_DEV_INFO_MANAGER;
@@ -76,12 +72,6 @@ class PROBE : public PGMDEV_DEV_INFO_MANAGER {
   using PGMDEV_DEV_INFO_MANAGER::search_part;
   using PGMDEV_DEV_INFO_MANAGER::search_pcf_for_device;
   using PGMDEV_DEV_INFO_MANAGER::search_pcf_for_part;
-
-  // Parses a decompressed body as a load does, with the record area size of the file.
-  void parse_body(const std::vector<BYTE>& body, DWORD csv_memory_size) {
-    m_csv_memory_size = csv_memory_size;
-    parse_database(std::make_shared<const std::vector<BYTE>>(body), false);
-  }
 };
 
 // A scratch installation: <dir>/h/pgm_parts.txt and <dir>/programmer/, found through the
@@ -89,10 +79,6 @@ class PROBE : public PGMDEV_DEV_INFO_MANAGER {
 class DEV_INFO_TEST : public ::testing::Test {
  protected:
   void SetUp() override {
-    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    m_dir = std::string(PGMDEV_BINARY_DIR) + "/dev_info_test/" + info->test_suite_name() + "." +
-            info->name();
-    fs::remove_all(m_dir);
     fs::create_directories(m_dir + "/h");
     fs::create_directories(m_dir + "/programmer");
     fs::copy_file(source_file("pgm_parts.txt"), m_dir + "/h/pgm_parts.txt");
@@ -110,7 +96,6 @@ class DEV_INFO_TEST : public ::testing::Test {
     MSG_INTERNAL_ERROR::set_hook(m_previous_report);
     cfg_unset_value("PGMDEV_DEVICE_DB_DIR");
     cfg_unset_value("PGMDEV_INSTALL_DIR");
-    fs::remove_all(m_dir);
   }
 
   std::string csv_path() const { return m_dir + "/pgm_dev_info.csv"; }
@@ -142,11 +127,8 @@ class DEV_INFO_TEST : public ::testing::Test {
     pgmdev::write_database_file(pcf_path(), writer.data(), pgmdev::MODULE_DEV_INFO);
   }
 
-  std::vector<BYTE> shipped_body() {
-    return pgmdev::inflate_body(read_bytes(pcf_path()), pgmdev::MODULE_DEV_INFO);
-  }
-
-  std::string m_dir;
+  const pgmdev::test::ScratchDir m_scratch{"dev_info"};
+  const std::string m_dir = m_scratch.path().string();
   std::vector<std::string> m_notices;
   std::vector<MSG_INTERNAL_ERROR_INFO> m_reports;
   PGM_COMMON::EMAIL_HOOK m_previous_email;

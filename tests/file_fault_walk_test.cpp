@@ -1,7 +1,6 @@
 // Every file system call of every write path made to fail in turn, with each error a disk
 // gives: the old files stay byte for byte, nothing is left beside them, the failure is said.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
@@ -58,11 +57,6 @@ struct OUTCOME {
 class FaultWalk : public ::testing::Test {
  protected:
   void SetUp() override {
-    m_folder = fs::temp_directory_path() /
-               ("pgmdev_walk_" + std::to_string(getpid()) + "_" +
-                ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::remove_all(m_folder);
-    fs::create_directories(m_folder);
     m_previous = MSG_INTERNAL_ERROR::set_hook(
         [this](const MSG_INTERNAL_ERROR_INFO& info) { m_reports += info.condition + "\n"; });
   }
@@ -70,7 +64,6 @@ class FaultWalk : public ::testing::Test {
     fio_sys_fail_at(0, 0);
     MSG_INTERNAL_ERROR::set_hook(m_previous);
     cfg_clear_overrides();
-    fs::remove_all(m_folder);
   }
 
   FILES snapshot(const std::vector<fs::path>& files) const {
@@ -125,13 +118,12 @@ class FaultWalk : public ::testing::Test {
     }
     std::cout << "[ walk     ] " << name << ": " << calls << " calls x " << std::size(ERRORS)
               << " errors = " << calls * std::size(ERRORS) << " failed runs\n";
-    m_points += calls * std::size(ERRORS);
   }
 
-  fs::path m_folder;
+  const pgmdev::test::ScratchDir m_scratch{"walk"};
+  const fs::path m_folder = m_scratch.path();
   std::string m_reports;
   MSG_INTERNAL_ERROR::HOOK m_previous;
-  QWORD m_points = 0;
 };
 
 TEST_F(FaultWalk, FlashIniWriteAndUpdate) {

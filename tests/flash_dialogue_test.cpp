@@ -1,6 +1,8 @@
 // The flash definition dialogue, driven through streams.
 #include <algorithm>
-#include <tuple>
+#include <fstream>
+#include <iomanip>
+#include <sstream>
 
 #include "flash_test_support.h"
 #include "pgmdev_flash_definition.h"
@@ -10,7 +12,7 @@ namespace {
 using namespace flash_test;
 
 // Positions in chip_answers().
-enum { NAME = 1, MEMORY_ID = 2, MEMORY_ID_INDEX = 3, TYPE_INDEX = 5, DENSITY = 15, BOTTOM = 24 };
+enum { NAME = 1, MEMORY_ID = 2, MEMORY_ID_INDEX = 3, TYPE_INDEX = 5 };
 
 // The 33 field values of the chip the dialogue accepted ("" around the outer "@" signs).
 std::vector<std::string> fields_of(const std::string& output) {
@@ -33,36 +35,43 @@ TEST(FlashDialogue, AnswersAreTakenAsTheyStand) {
   const std::string output = run_dialogue(answers);
   EXPECT_EQ(printed(output, "Prompt outcome: ").substr(0, 17), "@ ACME @A@B#C;D@0");
   EXPECT_NE(printed(output, "INI : "), "");
-  answers = chip_answers();
-  answers[MEMORY_ID] = " 18";
-  EXPECT_EQ(printed(run_dialogue(answers), "INI : "), "");
-  answers = chip_answers();
-  answers[DENSITY] = "128 ";
-  EXPECT_EQ(printed(run_dialogue(answers), "INI : "), "");
 }
 
-TEST(FlashDialogue, AcceptedAnswersAreWrittenInFieldOrder) {
-  std::vector<std::string> answers = chip_answers();
-  answers[NAME] = "ac25q_nineteen_char";  // 19 characters, turned to capitals
-  answers[BOTTOM] = "3";
-  std::string output = run_dialogue(answers);
-  std::vector<std::string> fields = fields_of(output);
-  ASSERT_EQ(fields.size(), 35u) << output;
-  EXPECT_EQ(
-      joined({fields[2], fields[4], fields[10], fields[12], fields[20], fields[23], fields[31]}),
-      "AC25Q_NINETEEN_CHAR,24,32,NONE,134217728,0,8");
-  EXPECT_EQ(printed(output, "Raw: ").substr(0, 25), "@ACME@AC25Q_NINETEEN_CHAR");
-  EXPECT_NE(printed(output, "INI : "), "");
-
-  answers = chip_answers();
-  answers[DENSITY] = "256";
-  answers[TYPE_INDEX] = "-1";
-  answers[BOTTOM] = "-1";
-  answers[MEMORY_ID] = "fe";
-  fields = fields_of(run_dialogue(answers));
-  ASSERT_EQ(fields.size(), 35u);
-  EXPECT_EQ(joined({fields[4], fields[7], fields[20], fields[23], fields[31]}),
-            "254,255,268435456,1,0");
+// The cases of tests/data/flash_dialogue_cases.txt: answers changed from chip_answers(),
+// then whether the dialogue accepts them, with the fields it writes or the text it ends on.
+TEST(FlashDialogue, CasesOfTheTable) {
+  std::ifstream file(PGMDEV_SOURCE_DIR "/tests/data/flash_dialogue_cases.txt");
+  int cases = 0;
+  for (std::string text; std::getline(file, text);) {
+    if (text.empty() || text[0] == '#') continue;
+    std::istringstream line(text);
+    std::vector<std::string> words;
+    for (std::string word; line >> std::quoted(word);) words.push_back(word);
+    std::vector<std::string> answers = chip_answers();
+    size_t i = 0;
+    for (; words.at(i) != "=>"; ++i) {
+      const size_t equals = words[i].find('=');
+      answers.at(std::stoul(words[i].substr(0, equals))) = words[i].substr(equals + 1);
+    }
+    const std::string output = run_dialogue(answers);
+    const bool accepted = words.at(++i) == "accepted";
+    EXPECT_EQ(printed(output, "INI : ").empty(), !accepted) << text;
+    const std::vector<std::string> fields = fields_of(output);
+    for (++i; i < words.size(); ++i) {
+      if (!accepted) {
+        std::string end = words[i] + "Invalid input or too many flash to define|";
+        std::replace(end.begin(), end.end(), '|', '\n');
+        EXPECT_EQ(output.substr(output.size() - std::min(output.size(), end.size())), end) << text;
+        continue;
+      }
+      ASSERT_EQ(fields.size(), 35u) << output;
+      const size_t equals = words[i].find('=');
+      EXPECT_EQ(fields.at(std::stoul(words[i].substr(0, equals))), words[i].substr(equals + 1))
+          << text;
+    }
+    ++cases;
+  }
+  EXPECT_EQ(cases, 55);
 }
 
 // The rule a front-end asks through: the same questions, a reason for each refusal, and
@@ -92,87 +101,6 @@ TEST(FlashDialogue, SharedRuleGivesReasonsAndStrictness) {
   }
   EXPECT_EQ(std::string(strict.field()), "memory_type_index");
   EXPECT_EQ(reason, "another ID already sits at position " + answers[MEMORY_ID_INDEX]);
-}
-
-TEST(FlashDialogue, RefusedAnswersEndTheDialogue) {
-  const std::string tail = "Invalid input\nInvalid input or too many flash to define\n";
-  const std::string name_tail = "Empty name or name too long\n" + tail;
-  const std::vector<std::tuple<int, std::string, std::string>> refusals = {
-      {NAME, "twenty_characters_xx", name_tail},
-      {NAME, "", name_tail},
-      {NAME, std::string(20, ' '), name_tail},
-      {MEMORY_ID, "FF", tail},
-      {MEMORY_ID, "-1", tail},
-      {DENSITY, "3", tail},
-      {DENSITY, "4096", tail},
-      {MEMORY_ID_INDEX, "3", tail},
-      {TYPE_INDEX, "2",
-       "Memory ID, Memory Type and Manufacturer ID index cannot be at the same location"
-       "Invalid input or too many flash to define\n"}};
-  for (const auto& [answer, text, message] : refusals) {
-    std::vector<std::string> answers = chip_answers();
-    answers[answer] = text;
-    const std::string output = run_dialogue(answers);
-    EXPECT_EQ(output.substr(output.size() - std::min(output.size(), message.size())), message)
-        << text;
-    EXPECT_EQ(printed(output, "INI : "), "");
-  }
-}
-
-// Answers 8 to 13 are the six Y/N questions, 25 the SDM one; 4 the memory type, 20 to 22
-// the protection bytes, 23 the divisor, 14 die count, 16 sector size, 17 to 19 the times.
-TEST(FlashDialogue, EachAnswerMapsToItsField) {
-  std::vector<std::string> answers = chip_answers();
-  for (int i = 8; i <= 13; ++i) answers[i] = i % 2 ? "y" : "N";
-  answers[25] = "Y";
-  answers[4] = "FFFFFFFF";  // all ones: written as its low byte
-  answers[20] = "ffffffff";
-  answers[21] = "0";
-  answers[22] = "AB";
-  answers[23] = "-1";
-  answers[14] = "2";
-  answers[16] = "1024";
-  answers[24] = "7";
-  const std::vector<std::string> fields = fields_of(run_dialogue(answers));
-  ASSERT_EQ(fields.size(), 35u);
-  // Field k of the definition is fields[k + 1].
-  EXPECT_EQ(
-      joined({fields[13], fields[14], fields[15], fields[16], fields[17], fields[18], fields[32]}),
-      "0,1,0,1,0,1,1");
-  EXPECT_EQ(joined({fields[6], fields[27], fields[28], fields[29], fields[30], fields[31]}),
-            "255,255,0,171,255,128");
-  EXPECT_EQ(joined({fields[19], fields[21], fields[22], fields[3], fields[11], fields[12]}),
-            "2,1048576,0,0,1,NONE");
-}
-
-TEST(FlashDialogue, BoundsOfEveryNumber) {
-  using ANSWERS = std::vector<std::pair<std::string, bool>>;  // answer, accepted
-  const std::vector<std::pair<int, ANSWERS>> bounds = {
-      {2, {{"0", false}, {"1", true}, {"FE", true}}},                      // memory ID
-      {4, {{"100", false}, {"FF", true}, {"FFFFFFFE", false}}},            // memory type
-      {5, {{"-1", true}, {"3", false}}},                                   // its position
-      {6, {{"0", false}, {"FF", false}}},                                  // manufacturer ID
-      {7, {{"-1", false}}},                                                // its position
-      {8, {{"YES", false}, {"", false}}},                                  // a Y/N question
-      {14, {{"0", false}, {"3", false}}},                                  // die count
-      {15, {{"0", false}, {"1", true}, {"2048", true}, {"0x10", false}}},  // density
-      {16, {{"1", true}, {"48", false}, {"2048", false}}},                 // sector size
-      {17, {{"0", false}, {"900", true}, {"901", false}}},                 // bulk erase
-      {18, {{"0", false}, {"60", true}, {"61", false}}},                   // sector erase
-      {19, {{"999", false}, {"1000", true}, {"1000000", true}, {"1000001", false}}},
-      {20, {{"100", false}}},  // protection mask
-      {23, {{"2", false}, {"3", true}, {"20", true}, {"21", false}, {"-2", false}}},
-      {24, {{"-1", true}, {"8", false}}},    // bottom value
-      {26, {{std::string(19, 'V'), true}}},  // voltage
-  };
-  for (const auto& [answer, cases] : bounds) {
-    for (const auto& [text, accepted] : cases) {
-      std::vector<std::string> answers = chip_answers();
-      answers[answer] = text;
-      EXPECT_EQ(printed(run_dialogue(answers), "INI : ").empty(), !accepted)
-          << "answer " << answer << " = '" << text << "'";
-    }
-  }
 }
 
 TEST(FlashDialogue, TwoAndThreeChipsInOneValueOfWhichTheFirstLoads) {

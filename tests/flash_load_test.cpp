@@ -2,6 +2,7 @@
 #include "base/pgmdev_check.h"
 #include "codec/pgmdev_db_container.h"
 #include "flash_test_support.h"
+#include "support.h"
 
 namespace {
 
@@ -22,13 +23,9 @@ void rename_in(std::vector<BYTE>& body, const std::string& from, const std::stri
 
 class FlashLoad : public FlashTest {
  protected:
-  std::vector<BYTE> read_file() const {
-    std::ifstream input(pcf_path(), std::ios::binary);
-    return std::vector<BYTE>(std::istreambuf_iterator<char>(input), {});
-  }
+  std::vector<BYTE> read_file() const { return pgmdev::test::read_bytes(pcf_path()); }
   void write_file(const std::vector<BYTE>& bytes) const {
-    std::ofstream(pcf_path(), std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+    pgmdev::test::write_bytes(pcf_path(), bytes);
   }
   // Rewrites the database file with its body changed by `edit`.
   void edit_body(const std::function<void(std::vector<BYTE>&)>& edit) const {
@@ -104,12 +101,6 @@ TEST_F(FlashLoad, BrokenFilesAreRefused) {
   bad[7] = 'X';
   write_file(bad);
   EXPECT_EQ(load_error().substr(0, 22), "data[index++] == 'P' &");
-  write_file(std::vector<BYTE>(good.begin(), good.begin() + 46));
-  EXPECT_EQ(load_error(), "file_size > (8 + 32 + 4 + 2)");
-  bad = good;
-  bad.back() = 0x5A;  // the checksum field is never read
-  write_file(bad);
-  EXPECT_EQ(load_error(), "");
 }
 
 TEST_F(FlashLoad, BodyHeaderIsChecked) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -18,6 +17,7 @@
 #include "pgm_msg.h"
 #include "pgm_text.h"
 #include "pgmdev_flash_manager.h"
+#include "support.h"
 
 namespace flash_test {
 
@@ -26,10 +26,10 @@ namespace fs = std::filesystem;
 // Reaches the manager's protected members.
 class PROBE : public PGMDEV_FLASH_MANAGER {
  public:
-  using PGMDEV_FLASH_MANAGER::cmp_ini_password;
   using PGMDEV_FLASH_MANAGER::decode_ini;
   using PGMDEV_FLASH_MANAGER::encode_ini;
   using PGMDEV_FLASH_MANAGER::gen_ini_password;
+  using PGMDEV_FLASH_MANAGER::ini_version_line;
 };
 
 // The condition text of the internal error `action` raises in the flash manager, or "" when
@@ -74,16 +74,10 @@ inline std::string record(const std::string& name, const std::string& id,
 class FlashTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    m_folder = fs::temp_directory_path() /
-               ("pgmdev_flash_" + std::to_string(getpid()) + "_" +
-                ::testing::UnitTest::GetInstance()->current_test_info()->name());
     fs::create_directories(m_folder / "programmer");
     cfg_set_value("PGMDEV_DEVICE_DB_DIR", m_folder.string());
   }
-  void TearDown() override {
-    cfg_clear_overrides();
-    fs::remove_all(m_folder);
-  }
+  void TearDown() override { cfg_clear_overrides(); }
 
   std::string pcf_path() const { return (m_folder / "programmer" / "pgm_flash.pcf").string(); }
   std::string csv_path() const { return (m_folder / "table.csv").string(); }
@@ -102,7 +96,8 @@ class FlashTest : public ::testing::Test {
                                  pcf_path());
   }
 
-  fs::path m_folder;
+  const pgmdev::test::ScratchDir m_scratch{"flash"};
+  const fs::path m_folder = m_scratch.path();
   const test_support::SILENCED_REPORTS m_silence;
 };
 

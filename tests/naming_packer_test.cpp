@@ -1,7 +1,6 @@
 // The naming packer and generator: crafted sources in, generated source or a clear refusal
 // out; and the checked-in naming sources are what the generator makes of the catalogue.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -23,13 +22,9 @@ using pgmdev::test::read_text;
 class NamingPacker : public ::testing::Test {
  protected:
   void SetUp() override {
-    m_dir = fs::temp_directory_path() / ("pgmdev_naming_packer_" + std::to_string(getpid()));
-    fs::remove_all(m_dir);
-    fs::create_directories(m_dir);
     for (int i = 0; i < 8; ++i) write_section(i, "# section\nK" + std::to_string(i) + " A B\n");
     write("opn_slots.txt", "slots 4\n1 7 SOME_PART\n3 300 OTHER_PART\n");
   }
-  void TearDown() override { fs::remove_all(m_dir); }
 
   void write(const std::string& name, const std::string& text) {
     std::ofstream(m_dir / name, std::ios::binary) << text;
@@ -49,7 +44,8 @@ class NamingPacker : public ::testing::Test {
   fs::path output() const { return m_dir / "out.cpp"; }
   std::string error() const { return read_text(m_dir / "err.txt"); }
 
-  fs::path m_dir;
+  const pgmdev::test::ScratchDir m_scratch{"naming_packer"};
+  const fs::path m_dir = m_scratch.path();
 };
 
 TEST_F(NamingPacker, PacksWithTheSharedEncoding) {

@@ -1,14 +1,14 @@
-// Reports, debug channel, configuration, version, notices, compression and files.
+// Reports, debug channel, configuration, version and files (compression and notices are
+// checked where the databases use them).
 #include <gtest/gtest.h>
 #include <stdlib.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <vector>
 
-#include "pgm_zlib.h"
 #include "platform.h"
+#include "support.h"
 
 namespace {
 
@@ -25,37 +25,13 @@ class PlatformServices : public ::testing::Test {
     for (const char* name : {"PGMDEV_TEST_KEY", "PGMDEV_CONFIG_FILE", "PGMDEV_VERSION_INDEX"}) {
       unsetenv(name);
     }
-    if (!m_folder.empty()) fs::remove_all(m_folder);
   }
 
-  std::string temp_folder() {
-    m_folder = fs::temp_directory_path() / ("pgmdev_platform_" + std::to_string(getpid()));
-    fs::create_directories(m_folder);
-    return m_folder;
-  }
-
-  std::string m_folder;
+  const pgmdev::test::ScratchDir m_scratch{"platform"};
+  const std::string m_folder = m_scratch.path().string();
 };
 
-TEST_F(PlatformServices, FatalReportReachesHookThenThrows) {
-  std::vector<MSG_INTERNAL_ERROR_INFO> seen;
-  MSG_INTERNAL_ERROR::set_hook([&](const MSG_INTERNAL_ERROR_INFO& info) { seen.push_back(info); });
-  try {
-    MSG_INTERNAL_ERROR::report("m_index < TOTAL_DATABASE_DEVICE", "PGMDEV",
-                               "pgm/pgmdev/pgmdev_dev_info_manager", 42);
-    FAIL() << "report returned";
-  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
-    ASSERT_EQ(seen.size(), 1u);
-    EXPECT_TRUE(seen[0].fatal);
-    EXPECT_STREQ(error.what(), "m_index < TOTAL_DATABASE_DEVICE");
-    EXPECT_EQ(error.condition(), "m_index < TOTAL_DATABASE_DEVICE");
-    EXPECT_EQ(error.category(), "PGMDEV");
-    EXPECT_EQ(error.source_file(), "pgm/pgmdev/pgmdev_dev_info_manager");
-    EXPECT_EQ(error.line(), 42);
-  }
-}
-
-TEST_F(PlatformServices, SoftReportsReturn) {
+TEST_F(PlatformServices, ReportsReachTheHookAndOnlyFatalOnesThrow) {
   std::vector<MSG_INTERNAL_ERROR_INFO> seen;
   MSG_INTERNAL_ERROR::set_hook([&](const MSG_INTERNAL_ERROR_INFO& info) { seen.push_back(info); });
   MSG_INTERNAL_ERROR::report_soft("soft", "PGMDEV", "pgm/pgmdev/pgmdev_ddb_mgr", 1);
@@ -64,6 +40,19 @@ TEST_F(PlatformServices, SoftReportsReturn) {
   EXPECT_FALSE(seen[0].fatal);
   EXPECT_EQ(seen[1].condition, "value 5 of x");
   EXPECT_EQ(seen[1].line, 2);
+  try {
+    MSG_INTERNAL_ERROR::report("m_index < TOTAL_DATABASE_DEVICE", "PGMDEV",
+                               "pgm/pgmdev/pgmdev_dev_info_manager", 42);
+    FAIL() << "report returned";
+  } catch (const MSG_INTERNAL_ERROR_EXCEPTION& error) {
+    ASSERT_EQ(seen.size(), 3u);
+    EXPECT_TRUE(seen[2].fatal);
+    EXPECT_STREQ(error.what(), "m_index < TOTAL_DATABASE_DEVICE");
+    EXPECT_EQ(error.condition(), "m_index < TOTAL_DATABASE_DEVICE");
+    EXPECT_EQ(error.category(), "PGMDEV");
+    EXPECT_EQ(error.source_file(), "pgm/pgmdev/pgmdev_dev_info_manager");
+    EXPECT_EQ(error.line(), 42);
+  }
 }
 
 TEST_F(PlatformServices, ReportsCarryTheOpenContext) {
@@ -111,8 +100,7 @@ TEST_F(PlatformServices, DebugChannelHookSeesEveryLevel) {
 }
 
 TEST_F(PlatformServices, ConfigurationPrecedence) {
-  const std::string folder = temp_folder();
-  const std::string ini = folder + "/pgmdev.ini";
+  const std::string ini = m_folder + "/pgmdev.ini";
   std::ofstream(ini) << "PGMDEV_TEST_KEY = from_file\nONLY_TOP = top\n[pgmdev]\nONLY_SECTION = "
                         "section\nPGM_ALLOW_X = maybe\n";
   setenv("PGMDEV_CONFIG_FILE", ini.c_str(), 1);
@@ -143,7 +131,7 @@ TEST_F(PlatformServices, ConfigurationPrecedence) {
   // An unreadable or malformed file holds no keys.
   std::ofstream(ini) << "[broken\n";
   EXPECT_EQ(cfg_get_value("ONLY_TOP"), "");
-  setenv("PGMDEV_CONFIG_FILE", (folder + "/missing.ini").c_str(), 1);
+  setenv("PGMDEV_CONFIG_FILE", (m_folder + "/missing.ini").c_str(), 1);
   EXPECT_TRUE(cfg_is_on("ONLY_TOP", true));
 }
 
@@ -158,64 +146,30 @@ TEST_F(PlatformServices, VersionIndexFromConfiguration) {
   EXPECT_EQ(built_in, ver_get_current_version_index_number());
 }
 
-TEST_F(PlatformServices, EmailGoesToHook) {
-  std::string seen;
-  PGM_COMMON::set_email_hook([&](const std::string& s, const std::string& t, const std::string& r) {
-    seen = s + "|" + t + "|" + r;
-  });
-  PGM_COMMON::send_auto_email_file("subject", "text", "a@example.org");
-  EXPECT_EQ(seen, "subject|text|a@example.org");
-}
-
-TEST_F(PlatformServices, ZlibRoundTripAndErrors) {
-  std::vector<BYTE> plain(10000);
-  for (size_t i = 0; i < plain.size(); ++i) plain[i] = static_cast<BYTE>(i * 7 % 13);
-  std::vector<BYTE> packed(plain.size() * 2);
-  DWORD packed_size = static_cast<DWORD>(packed.size());
-  ASSERT_EQ(zlib_compress(packed.data(), &packed_size, plain.data(), DWORD(plain.size())), ZLIB_OK);
-  std::vector<BYTE> back(plain.size());
-  DWORD back_size = static_cast<DWORD>(back.size());
-  ASSERT_EQ(zlib_uncompress(back.data(), &back_size, packed.data(), packed_size), ZLIB_OK);
-  EXPECT_EQ(back, plain);
-  // Too little room, and a damaged stream, are refused.
-  back_size = 100;
-  EXPECT_NE(zlib_uncompress(back.data(), &back_size, packed.data(), packed_size), ZLIB_OK);
-  packed[2] ^= 0xFF;
-  back_size = static_cast<DWORD>(back.size());
-  EXPECT_NE(zlib_uncompress(back.data(), &back_size, packed.data(), packed_size), ZLIB_OK);
-}
-
 TEST_F(PlatformServices, FilesAndPaths) {
-  const std::string folder = temp_folder();
-  const std::string file = folder + "/sub/../data.bin";
+  const std::string file = m_folder + "/sub/../data.bin";
   {
     marlo_ofstream out(file, std::ios::binary);
     ASSERT_TRUE(out.good());
     out << "12345";
   }
   FIO_STAT_INFO info;
-  EXPECT_TRUE(FIO_FILE_SYSTEM::exists(FIO_PATH(folder + "/data.bin").fullpath().c_str()));
-  ASSERT_TRUE(FIO_FILE_SYSTEM::status(file.c_str(), &info) || !fs::exists(folder + "/sub"));
-  ASSERT_TRUE(FIO_FILE_SYSTEM::status((folder + "/data.bin").c_str(), &info));
+  EXPECT_TRUE(FIO_FILE_SYSTEM::exists(FIO_PATH(m_folder + "/data.bin").fullpath().c_str()));
+  ASSERT_TRUE(FIO_FILE_SYSTEM::status(file.c_str(), &info) || !fs::exists(m_folder + "/sub"));
+  ASSERT_TRUE(FIO_FILE_SYSTEM::status((m_folder + "/data.bin").c_str(), &info));
   EXPECT_EQ(info.m_size, 5u);
-  EXPECT_FALSE(FIO_FILE_SYSTEM::status((folder + "/none").c_str(), &info));
+  EXPECT_FALSE(FIO_FILE_SYSTEM::status((m_folder + "/none").c_str(), &info));
   EXPECT_FALSE(FIO_FILE_SYSTEM::exists(""));
-  EXPECT_EQ(FIO_PATH(folder + "/a/../data.bin").fullpath(), folder + "/data.bin");
-  marlo_ifstream in(folder + "/data.bin", std::ios::binary);
+  EXPECT_EQ(FIO_PATH(m_folder + "/a/../data.bin").fullpath(), m_folder + "/data.bin");
+  marlo_ifstream in(m_folder + "/data.bin", std::ios::binary);
   std::string text;
   in >> text;
   EXPECT_EQ(text, "12345");
 }
 
-TEST_F(PlatformServices, InstallationFoldersFollowConfiguration) {
-  cfg_set_value("PGMDEV_DEVICE_DB_DIR", "/opt/db");
-  cfg_set_value("PGMDEV_INSTALL_DIR", "/opt/install");
-  cfg_set_value("PGMDEV_MODULE_DIR", "/opt/module");
-  EXPECT_EQ(gen_get_device_db_fullpath(), "/opt/db");
-  EXPECT_EQ(gen_get_korvel_path(), "/opt/install");
-  EXPECT_EQ(gen_get_module_path(), "/opt/module");
-  cfg_clear_overrides();
-  // Without configuration a program in the build tree finds the build's databases.
+// Configured folders are followed wherever the databases are loaded from a test's folder.
+// Without configuration a program in the build tree finds the build's databases.
+TEST_F(PlatformServices, InstallationFoldersWithoutConfiguration) {
   EXPECT_EQ(fs::path(gen_get_device_db_fullpath()).lexically_normal(),
             fs::path(std::string(PGMDEV_BINARY_DIR) + "/share/pgmdev").lexically_normal());
   EXPECT_TRUE(fs::is_directory(gen_get_module_path()));

@@ -32,18 +32,13 @@ TEST(PlatformText, TrimAndCaseWorkInPlace) {
   EXPECT_EQ(stl_toupper(high), "\xE9X");
 }
 
-TEST(PlatformText, CaseBlindCompare) {
-  EXPECT_EQ(gen_stricmp("Zq200", "zQ200"), 0);
-  EXPECT_LT(gen_stricmp("a", "B"), 0);
-  EXPECT_EQ(gen_stricmp(nullptr, ""), 0);
-  EXPECT_NE(PGM_COMMON::compare_string("abc", "ABC", false), 0);
-  EXPECT_EQ(PGM_COMMON::compare_string("abc", "ABC", true), 0);
-}
-
 // The platform's one compare agrees in sign with the C library's strcasecmp, also where
 // folding to upper case would not ('_' lies between the two cases), and compares views
 // that are not terminated.
 TEST(PlatformText, CaseBlindCompareMatchesTheCLibrary) {
+  EXPECT_EQ(gen_stricmp(nullptr, ""), 0);
+  EXPECT_NE(PGM_COMMON::compare_string("abc", "ABC", false), 0);
+  EXPECT_EQ(PGM_COMMON::compare_string("abc", "ABC", true), 0);
   const char* words[] = {"", "a", "A", "_", "[", "`", "{", "ab", "aB_", "AB", "Zq200", "zq2000"};
   for (const char* a : words) {
     for (const char* b : words) {
