@@ -1,11 +1,15 @@
 // The user flash definition: dialogue to configuration value to record 0, and every refusal.
+#include <algorithm>
 #include <iostream>
 #include <map>
 #include <random>
+#include <sstream>
 #include <tuple>
 
+#include "flash/pgmdev_flash_user_rule.h"
 #include "flash_test_support.h"
 #include "pgm_version.h"
+#include "support.h"
 
 namespace {
 
@@ -293,4 +297,21 @@ TEST(FlashUserRule, NamesTheFirstBrokenRule) {
             "device_sector_byte is a non-zero multiple of 1024 (whole KB)");
   // Two broken rules: the first in order is named.
   EXPECT_EQ(refusal([](auto& r) { r.memory_id = 0, r.program_utime = 999; }), "memory_id is not 0");
+}
+
+// The table of doc/user_flash_value.md is the library's rule table, row for row in its order.
+TEST(FlashUserRule, DocumentedTableIsTheRuleTable) {
+  std::istringstream doc(
+      pgmdev::test::read_text(std::string(PGMDEV_SOURCE_DIR) + "/doc/user_flash_value.md"));
+  std::vector<std::string> documented;
+  for (std::string line; std::getline(doc, line);) {
+    // "| `column` | rule | note |": the only table of three columns
+    if (line.rfind("| `", 0) != 0 || std::count(line.begin(), line.end(), '|') != 4) continue;
+    const size_t column_end = line.find("` | ");
+    const size_t rule_end = line.find(" |", column_end + 4);
+    if (rule_end == std::string::npos) continue;
+    documented.push_back(line.substr(3, column_end - 3) + " is " +
+                         line.substr(column_end + 4, rule_end - column_end - 4));
+  }
+  EXPECT_EQ(documented, pgmdev::user_flash_rule_sentences());
 }

@@ -121,6 +121,12 @@ const char* pgmdev::broken_user_flash_rule_of(const char* column,
   return nullptr;
 }
 
+std::vector<std::string> pgmdev::user_flash_rule_sentences() {
+  std::vector<std::string> sentences;
+  for (const USER_FLASH_RULE& rule : user_flash_rules()) sentences.push_back(rule.text);
+  return sentences;
+}
+
 const char* PGMDEV_FLASH_MANAGER::broken_user_flash_rule(const PGMDEV_SFL_FLASH_INFO& record) {
   return pgmdev::broken_user_flash_rule_of(nullptr, record);
 }

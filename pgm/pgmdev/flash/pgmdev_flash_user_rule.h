@@ -2,6 +2,9 @@
 // (PGMDEV_FLASH_MANAGER::broken_user_flash_rule) and by what derives definitions (SFDP).
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "pgm_types.h"
 #include "pgmdev_flash_manager.h"
 
@@ -19,5 +22,7 @@ bool is_known_marlo_id(BYTE id);
 // The sentence of the first rule of `column` (every column when null) that the record breaks,
 // or null: the one rule table behind PGMDEV_FLASH_MANAGER::broken_user_flash_rule.
 const char* broken_user_flash_rule_of(const char* column, const PGMDEV_SFL_FLASH_INFO& record);
+// Every rule's sentence, in the order they are checked (doc/user_flash_value.md lists them).
+std::vector<std::string> user_flash_rule_sentences();
 
 }  // namespace pgmdev
