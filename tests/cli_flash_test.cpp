@@ -1,7 +1,7 @@
-// End-to-end tests of `pgmdev flash` over the shipped flash database: listing and its
-// filters, identification along a chain, the definition dialogue through standard input
-// (asked again after a refusal), and the check of the value it prints, loaded through the
-// configuration as a site would.
+// End-to-end tests of `pgmdev flash` over the shipped flash database: the chips read from
+// their own tables, the definition dialogue through standard input (asked again after a
+// refusal), and the check of the value it prints, loaded through the configuration as a site
+// would. Listing and identification answers are rows of the CLI case table (tests/cli).
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -39,57 +39,6 @@ std::string last_line(const std::string& text) {
   return text.substr(text.rfind('\n', end) + 1, end - text.rfind('\n', end));
 }
 
-TEST(CliFlash, ListGivesEveryColumnNumberedFromOne) {
-  auto result = run_cli({"flash", "list", "--json"});
-  ASSERT_EQ(result.exit_code, 0) << result.err;
-  const json records = json::parse(result.out);
-  ASSERT_GT(records.size(), 50u);
-  EXPECT_EQ(records[0].size(), 36u);  // the number, the 33 columns, the ID and the gate
-  EXPECT_EQ(records[0]["number"], 1);
-
-  // The table shows its headers in the JSON document's order, under the same names.
-  result = run_cli({"flash", "list"});
-  const std::string header = result.out.substr(0, result.out.find('\n'));
-  size_t at = 0;
-  for (const char* name : {"number", "manufacturer_name", "device_name", "silicon_id", "ini",
-                           "device_bit_size", "id", "gate"}) {
-    const size_t next = header.find(name, at);
-    ASSERT_NE(next, std::string::npos) << name << " in " << header;
-    at = next;
-  }
-}
-
-TEST(CliFlash, ListFiltersByManufacturerAndSize) {
-  auto result = run_cli({"flash", "list", "--manufacturer", "winbond", "--json"});
-  ASSERT_EQ(result.exit_code, 0) << result.err;
-  json records = json::parse(result.out);
-  ASSERT_FALSE(records.empty());
-  for (const json& r : records) EXPECT_EQ(r["manufacturer_name"], "Winbond");
-
-  result = run_cli({"flash", "list", "--size", "128", "--manufacturer", "", "--json"});
-  ASSERT_EQ(result.exit_code, 0) << result.err;
-  records = json::parse(result.out);
-  ASSERT_FALSE(records.empty());
-  for (const json& r : records) EXPECT_EQ(r["device_bit_size"], 128u << 20);
-
-  result = run_cli({"flash", "list", "--manufacturer", "Winbnd"});
-  EXPECT_EQ(result.exit_code, 1);
-  EXPECT_EQ(result.err.substr(0, result.err.find('\n')),
-            "pgmdev: no flash manufacturer is called 'Winbnd'; did you mean Winbond?");
-
-  // A gated record shows the switch that turns it on.
-  result = run_cli({"flash", "list", "--json"}, "",
-                   {{"PGM_ALLOW_UNVERIFIED", "1"}, {"PGM_ALLOW_DIE_SELECT", "1"}});
-  size_t gated = 0;
-  for (const json& r : json::parse(result.out)) {
-    if (r["ini"] != "NONE") {
-      EXPECT_EQ(r["gate"], "PGM_ALLOW_" + r["ini"].get<std::string>());
-      ++gated;
-    }
-  }
-  EXPECT_GT(gated, 0u);
-}
-
 TEST(CliFlash, ListShowsTheChipsReadFromTheirOwnTables) {
   const auto result = run_cli({"flash", "list", "--json"});
   ASSERT_EQ(result.exit_code, 0) << result.err;
@@ -103,76 +52,6 @@ TEST(CliFlash, ListShowsTheChipsReadFromTheirOwnTables) {
     EXPECT_EQ(names.count(chip), 1u) << chip;
   }
   EXPECT_EQ(names.count("S25FL256S"), 0u);  // gated: its bytes are also a 256 KB-sector chip's
-}
-
-TEST(CliFlash, IdentifiesEachSlotOfAChain) {
-  auto result = run_cli({"flash", "identify", "--device-id", "EF4018", "--device-id", "0xef4018"});
-  ASSERT_EQ(result.exit_code, 0) << result.err;
-  EXPECT_NE(result.out.find("W25Q128JV-IQ"), std::string::npos) << result.out;
-
-  result = run_cli({"flash", "identify", "--device-id", "EF4018", "--json"});
-  json answer = json::parse(result.out);
-  ASSERT_EQ(answer.size(), 1u);
-  EXPECT_EQ(answer[0]["slot"], 1);
-  EXPECT_EQ(answer[0]["record"]["manufacturer_name"], "Winbond");
-  EXPECT_EQ(answer[0]["record"].size(), 33u);
-
-  // An unknown chip: the table still shows every slot, the exit code says it failed.
-  result = run_cli({"flash", "identify", "--device-id", "EF4018", "--silicon-id", "14"});
-  EXPECT_EQ(result.exit_code, 1);
-  EXPECT_NE(result.out.find("no"), std::string::npos);
-  EXPECT_EQ(result.err, "pgmdev: no flash record answers 14: no record answers silicon ID 14\n");
-
-  for (const char* bad : {"EF40181", "XYZ", "EF401822", ""}) {
-    result = run_cli({"flash", "identify", "--device-id", bad});
-    EXPECT_EQ(result.exit_code, 1) << bad;
-    EXPECT_NE(result.err.find("not an identifier"), std::string::npos) << bad << result.err;
-  }
-}
-
-// An identifier no loaded record answers: the gated record and its switch, the reason a chip
-// stays out, or the maker of the first byte, in every output form.
-TEST(CliFlash, NotFoundSaysWhatWouldAnswerAndWhy) {
-  auto result = run_cli({"flash", "identify", "--device-id", "010219"});
-  EXPECT_EQ(result.exit_code, 1);
-  EXPECT_NE(result.err.find("no flash record answers 010219: S25FL256S answers 01 02 19 when "
-                            "PGM_ALLOW_SECTOR_64K is on: set it only for the 64 KB-sector variant"),
-            std::string::npos)
-      << result.err;
-
-  result = run_cli({"flash", "identify", "--device-id", "6BBB16", "--json"});
-  const json why = json::parse(result.out)[0]["explanation"];
-  EXPECT_EQ(why["refused"]["chip"], "Everspin EM032LX");
-  EXPECT_NE(why["refused"]["reason"].get<std::string>().find("MRAM"), std::string::npos);
-  EXPECT_EQ(why["maker"], "Everspin");
-
-  // Answered by a gated record, then by nothing the table knows: one answer line each.
-  result = run_cli({"flash", "identify", "--batch"}, "012018\nCE1234\nFFFFFF\n");
-  EXPECT_EQ(result.exit_code, 1);
-  EXPECT_NE(result.out.find("S25FL128S/S25FL127S answers 01 20 18 when PGM_ALLOW_SECTOR_64K"),
-            std::string::npos)
-      << result.out;
-  EXPECT_NE(result.out.find("first byte CE names Samsung (JEDEC bank 1); define the "
-                            "chip from its own SFDP table with 'pgmdev flash define --sfdp DUMP "
-                            "--id CE1234'"),
-            std::string::npos)
-      << result.out;
-  EXPECT_NE(result.out.find("no chip answered"), std::string::npos);
-
-  // With its switch on, the gated record answers; --all lists it even with the switch off.
-  result =
-      run_cli({"flash", "identify", "--device-id", "010219"}, "", {{"PGM_ALLOW_SECTOR_64K", "1"}});
-  EXPECT_EQ(result.exit_code, 0) << result.err;
-  result = run_cli({"flash", "list", "--all", "--json", "--manufacturer", "Cypress"});
-  ASSERT_EQ(result.exit_code, 0) << result.err;
-  bool listed = false;
-  for (const json& r : json::parse(result.out)) {
-    if (r["device_name"] != "S25FL256S") continue;
-    listed = true;
-    EXPECT_TRUE(r["number"].is_null());
-    EXPECT_EQ(r["gate"], "PGM_ALLOW_SECTOR_64K");
-  }
-  EXPECT_TRUE(listed);
 }
 
 TEST(CliFlash, DialogueValueLoadsThroughTheConfiguration) {
