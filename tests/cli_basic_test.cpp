@@ -13,24 +13,6 @@ namespace {
 
 using pgmdev::test::run_cli;
 
-TEST(CliFrame, EveryCommandHasHelp) {
-  const std::vector<std::vector<std::string>> commands = {{},
-                                                          {"info"},
-                                                          {"catalog"},
-                                                          {"catalog", "families"},
-                                                          {"catalog", "devices"},
-                                                          {"catalog", "parts"},
-                                                          {"device"},
-                                                          {"name"},
-                                                          {"opn"}};
-  for (std::vector<std::string> command : commands) {
-    command.push_back("--help");
-    const auto result = run_cli(command);
-    EXPECT_EQ(result.exit_code, 0) << command.front();
-    EXPECT_NE(result.out.find("Usage:"), std::string::npos) << result.out;
-  }
-}
-
 TEST(CliFrame, InfoFollowsEnvironmentAndConfigurationFile) {
   namespace fs = std::filesystem;
   const fs::path dir = fs::temp_directory_path() / ("pgmdev_cli_cfg_" + std::to_string(getpid()));
@@ -160,12 +142,6 @@ TEST(CliFrame, TablesAndJsonNameTheSameColumnsInOrder) {
       }
     }
   }
-}
-
-TEST(CliFrame, VersionIsTheLibrarys) {
-  const auto result = run_cli({"--version"}, "", {{"PGMDEV_VERSION", "9.8.7"}});
-  EXPECT_EQ(result.exit_code, 0);
-  EXPECT_EQ(result.out, "9.8.7\n");
 }
 
 }  // namespace

@@ -51,16 +51,6 @@ class CliReport : public ::testing::Test {
   fs::path m_dir;
 };
 
-TEST_F(CliReport, HelpListsExitCodesAndEnvironment) {
-  const auto result = run_cli({"--help"});
-  ASSERT_EQ(result.exit_code, 0);
-  for (const char* text :
-       {"Exit codes:", "  2  usage error", "  4  a data file is missing", "PGMDEV_DEVICE_DB_DIR",
-        "PGM_3RD_PARTY_FLASH_INI", "PGMDEV_MODULE_DIR"}) {
-    EXPECT_NE(result.out.find(text), std::string::npos) << text;
-  }
-}
-
 TEST_F(CliReport, MissingAndDamagedDataFilesExitFour) {
   auto result = run_cli({"flash", "list"}, "", {{"PGMDEV_DEVICE_DB_DIR", m_dir.string()}});
   EXPECT_EQ(result.exit_code, 4);
