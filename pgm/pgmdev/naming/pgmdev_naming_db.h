@@ -87,8 +87,8 @@ class PGMDEV_DDB_GRAMMAR_ENTRY_RANGE {
 };
 
 // Zero bytes kept behind a grammar database's text, so that the parser may read whole
-// eight-byte words from the start of any string in it.
-constexpr size_t PGMDEV_DDB_GRAMMAR_TEXT_SLACK = 8;
+// 64-byte blocks up to the end of the text and eight-byte words from any string in it.
+constexpr size_t PGMDEV_DDB_GRAMMAR_TEXT_SLACK = 64;
 
 // One grammar section: an ordered map from key to list, kept as entries sorted by plain
 // byte-wise key comparison. Its entries are a run of the database's one entry table, so
