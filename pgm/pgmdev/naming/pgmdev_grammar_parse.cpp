@@ -5,10 +5,6 @@
 #include <unordered_set>
 #include <vector>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 #include "base/pgmdev_check.h"
 #include "naming/pgmdev_naming_codec.h"
 #include "naming/pgmdev_naming_db.h"
@@ -21,66 +17,22 @@ inline QWORD load_le64(const char* at) {
   return codec::load_le<QWORD>(reinterpret_cast<const BYTE*>(at));
 }
 
-// The zero bytes of the text, a bit per byte and 64 bytes to a word: the parser steps from
-// string to string by finding the next set bit rather than by reading bytes.
-class ZERO_MAP {
- public:
-  // Maps bytes [0, end) and the rest of the last word; `text` must be readable that far.
-  ZERO_MAP(const BYTE* text, DWORD end) : m_words((size_t(end) + 63) / 64) {
-    for (size_t w = 0; w < m_words.size(); ++w) m_words[w] = zeros_of_block(text + 64 * w);
+// At least the number of entries in the payload [from, limit): every entry ends with two
+// zero bytes in a row (its last string's and its own) and no two entries share them, so
+// counting such pairs sizes the entry table in one allocation.
+size_t count_entries_bound(const std::vector<QWORD>& zeros, DWORD from, DWORD limit) {
+  size_t pairs = 0;
+  QWORD carry = 0;  // bit 0 set when the previous word's last byte was zero
+  for (size_t word = from / 64; word * 64 < limit; ++word) {
+    QWORD bits = zeros[word];
+    if (word == from / 64) bits &= ~QWORD(0) << (from % 64);
+    if (limit - word * 64 < 64) bits &= (QWORD(1) << (limit - word * 64)) - 1;
+    for (QWORD pair = bits & ((bits << 1) | carry); pair != 0; pair &= pair - 1) ++pairs;
+    carry = bits >> 63;
   }
-
-  // The first zero byte at or after `from`. One must lie at or after it in the map.
-  DWORD next(DWORD from) const {
-    size_t word = from / 64;
-    QWORD bits = m_words[word] & (~QWORD(0) << (from % 64));
-    while (bits == 0) bits = m_words[++word];
-    return DWORD(word * 64 + size_t(__builtin_ctzll(bits)));
-  }
-
-  // At least the number of entries in the payload [from, limit): every entry ends with two
-  // zero bytes in a row (its last string's and its own) and no two entries share them, so
-  // counting such pairs sizes the entry table in one allocation.
-  size_t count_entries_bound(DWORD from, DWORD limit) const {
-    size_t pairs = 0;
-    QWORD carry = 0;  // bit 0 set when the previous word's last byte was zero
-    for (size_t word = from / 64; word * 64 < limit; ++word) {
-      QWORD zeros = m_words[word];
-      if (word == from / 64) zeros &= ~QWORD(0) << (from % 64);
-      if (limit - word * 64 < 64) zeros &= (QWORD(1) << (limit - word * 64)) - 1;
-      for (QWORD pair = zeros & ((zeros << 1) | carry); pair != 0; pair &= pair - 1) ++pairs;
-      carry = zeros >> 63;
-    }
-    // An entry takes five bytes at least ("K\0V\0\0"): a run of zeros asks for no more.
-    return std::min<size_t>(pairs, (limit - from) / 5);
-  }
-
- private:
-  // Bit i set when byte i of the 64 at `at` is zero.
-  static QWORD zeros_of_block(const BYTE* at) {
-#if defined(__SSE2__)
-    const __m128i zero = _mm_setzero_si128();
-    QWORD bits = 0;
-    for (int i = 0; i < 4; ++i) {
-      const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
-      bits |= QWORD(unsigned(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, zero)))) << (16 * i);
-    }
-    return bits;
-#else
-    constexpr QWORD LOW7 = 0x7F7F7F7F7F7F7F7Full;
-    QWORD bits = 0;
-    for (int i = 0; i < 8; ++i) {
-      const QWORD word = load_le64(reinterpret_cast<const char*>(at + 8 * i));
-      const QWORD tops = ~(((word & LOW7) + LOW7) | word | LOW7);  // top bit of each zero byte
-      // Gathers the eight top bits into one byte, the first byte's lowest.
-      bits |= (((tops >> 7) * 0x0102040810204080ull) >> 56) << (8 * i);
-    }
-    return bits;
-#endif
-  }
-
-  std::vector<QWORD> m_words;
-};
+  // An entry takes five bytes at least ("K\0V\0\0"): a run of zeros asks for no more.
+  return std::min<size_t>(pairs, (limit - from) / 5);
+}
 
 // A cheap summary of a name for the repeat check: equal names have equal prints. A name
 // shorter than eight bytes is its own print (with its length in the top byte); a longer one
@@ -226,16 +178,18 @@ class SECTION_BUILDER {
 // payload, although the four trailer bytes behind it may still be read.
 class GRAMMAR_READER {
  public:
-  GRAMMAR_READER(const BYTE* data, DWORD data_size)
+  GRAMMAR_READER(const BYTE* data, DWORD data_size, const PGMDEV_DDB_GRAMMAR_ZEROS& zeros)
       : m_data(data),
         m_limit(data_size - NAMING_TRAILER_SIZE),
         m_index(NAMING_MAGIC_SIZE),
-        m_zeros(data, data_size + 1) {}  // the slack's first byte: a zero after any byte
+        m_zeros(zeros) {}
 
   bool at_payload() const { return m_index < m_limit; }
   bool at_zero() const { return m_data[m_index] == 0; }
   void skip() { ++m_index; }
-  size_t count_entries_bound() const { return m_zeros.count_entries_bound(m_index, m_limit); }
+  size_t count_entries_bound() const {
+    return pgmdev::count_entries_bound(m_zeros.words(), m_index, m_limit);
+  }
 
   // An entry as it nearly always is: a key in order, one or more strings none of which is
   // repeated, and the closing zero, all before the last payload byte. Anything else returns
@@ -317,7 +271,7 @@ class GRAMMAR_READER {
   DWORD m_limit;
   DWORD m_index;
   DWORD m_listed = 0;  // strings of the entry being read
-  ZERO_MAP m_zeros;
+  const PGMDEV_DDB_GRAMMAR_ZEROS& m_zeros;
 };
 
 }  // namespace
@@ -327,7 +281,7 @@ void parse_grammar_payload(std::vector<BYTE>&& data, PGMDEV_DDB_GRAMMAR_DB& db) 
   PGMDEV_CHECK(data_size >= NAMING_MAGIC_SIZE + NAMING_TRAILER_SIZE, "data_size >= 14",
                MODULE_DDB_MGR);
   const BYTE* text = db.adopt_text(std::move(data));
-  GRAMMAR_READER reader(text, data_size);
+  GRAMMAR_READER reader(text, data_size, db.zeros());
   PGMDEV_DDB_GRAMMAR_ENTRIES& table = db.entry_table();
   table.reserve(table.size() + reader.count_entries_bound());
   SECTION_BUILDER builder(table, reinterpret_cast<const char*>(text));
