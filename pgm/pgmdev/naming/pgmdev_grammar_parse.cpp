@@ -21,17 +21,56 @@ inline QWORD load_le64(const char* at) {
 // zero bytes in a row (its last string's and its own) and no two entries share them, so
 // counting such pairs sizes the entry table in one allocation.
 size_t count_entries_bound(const std::vector<QWORD>& zeros, DWORD from, DWORD limit) {
+  const size_t first = from / 64, last = (limit - 1) / 64;
   size_t pairs = 0;
   QWORD carry = 0;  // bit 0 set when the previous word's last byte was zero
-  for (size_t word = from / 64; word * 64 < limit; ++word) {
+  for (size_t word = first; word <= last; ++word) {
     QWORD bits = zeros[word];
-    if (word == from / 64) bits &= ~QWORD(0) << (from % 64);
-    if (limit - word * 64 < 64) bits &= (QWORD(1) << (limit - word * 64)) - 1;
+    if (word == first) bits &= ~QWORD(0) << (from % 64);
+    if (word == last) bits &= ~QWORD(0) >> (63 - (limit - 1) % 64);
+    // Pairs are rare: most words have none to count.
     for (QWORD pair = bits & ((bits << 1) | carry); pair != 0; pair &= pair - 1) ++pairs;
     carry = bits >> 63;
   }
   // An entry takes five bytes at least ("K\0V\0\0"): a run of zeros asks for no more.
   return std::min<size_t>(pairs, (limit - from) / 5);
+}
+
+// The first eight bytes of a string of the text (zeros past its end) as a number whose
+// order is the strings' byte-wise order: the first byte most significant. The text's slack
+// allows the whole-word load.
+QWORD ordered_head(std::string_view text) {
+  QWORD word = load_le64(text.data());
+  if (text.size() < 8) word &= (QWORD(1) << (8 * text.size())) - 1;
+  return __builtin_bswap64(word);
+}
+
+// Byte-wise order of two non-empty strings of the text (no zero bytes inside), mostly
+// decided by their first eight bytes.
+[[gnu::always_inline]] inline bool text_less(std::string_view a, std::string_view b) {
+  const QWORD head_a = ordered_head(a), head_b = ordered_head(b);
+  if (head_a != head_b) return head_a < head_b;
+  // Equal heads: equal strings up to eight bytes, or one a prefix of the other, or equal
+  // first eight bytes of two longer ones.
+  if (a.size() <= 8 || b.size() <= 8) return a.size() < b.size();
+  return a.substr(8) < b.substr(8);
+}
+
+// How many strings follow from `from` up to the end of their entry (a zero byte right after
+// another), read off the zero map: what a long list's table is sized for. Only a size: a
+// malformed entry may be counted short or long.
+size_t strings_to_entry_end(const std::vector<QWORD>& zeros, DWORD from, DWORD limit) {
+  size_t count = 0;
+  QWORD carry = 0;  // bit 0 set when the previous word's last byte was zero
+  for (size_t word = from / 64; word * 64 < limit; ++word) {
+    QWORD bits = zeros[word];
+    if (word == from / 64) bits &= ~QWORD(0) << (from % 64);
+    const QWORD pairs = bits & ((bits << 1) | carry);
+    if (pairs != 0) return count + size_t(__builtin_popcountll(bits & ((pairs & -pairs) - 1)));
+    count += size_t(__builtin_popcountll(bits));
+    carry = bits >> 63;
+  }
+  return count;
 }
 
 // A cheap summary of a name for the repeat check: equal names have equal prints. A name
@@ -48,8 +87,9 @@ QWORD fingerprint(std::string_view text) {
 // the keys once they arrive out of order.
 class SECTION_BUILDER {
  public:
-  SECTION_BUILDER(PGMDEV_DDB_GRAMMAR_ENTRIES& table, const char* text)
-      : m_table(table), m_text(text), m_list(SHORT_LIST) {}
+  SECTION_BUILDER(PGMDEV_DDB_GRAMMAR_ENTRIES& table, const char* text,
+                  const std::vector<QWORD>& zeros, DWORD limit)
+      : m_table(table), m_text(text), m_zeros(zeros), m_limit(limit), m_list(SHORT_LIST) {}
 
   void start(PGMDEV_DDB_GRAMMAR_SECTION& section) {
     section.start(m_table, m_text);
@@ -71,6 +111,7 @@ class SECTION_BUILDER {
     const QWORD bit = QWORD(1) << ((print * 0x9E3779B97F4A7C15ull) >> 58);
     if (m_count < SHORT_LIST && (m_bloom & bit) == 0) {
       m_bloom |= bit;
+      m_prints[m_count] = print;
       m_list[m_count++] = text;
       return true;
     }
@@ -78,8 +119,8 @@ class SECTION_BUILDER {
   }
 
   // Whether `key` comes after the section's keys so far, as keys normally arrive.
-  bool key_in_order(std::string_view key) const {
-    return m_in_order && (m_last_key.empty() || m_last_key < key);
+  [[gnu::always_inline]] bool key_in_order(std::string_view key) const {
+    return m_in_order && (m_last_key.empty() || text_less(m_last_key, key));
   }
 
   bool has_key(std::string_view key) {
@@ -93,7 +134,7 @@ class SECTION_BUILDER {
 
   // Takes the strings read since start_list() as the list of `key`; they follow one another
   // in the text, each with its zero byte.
-  void add_entry(std::string_view key) {
+  [[gnu::always_inline]] void add_entry(std::string_view key) {
     const std::string_view& last = m_list[m_count - 1];
     const auto offset = [this](const char* at) { return DWORD(at - m_text); };
     m_section->add_entry({offset(key.data()), DWORD(key.size()),
@@ -123,11 +164,16 @@ class SECTION_BUILDER {
   [[gnu::noinline]] bool add_string_slowly(std::string_view text, QWORD print, QWORD bit) {
     if (m_count < SHORT_LIST) {
       for (size_t i = 0; i < m_count; ++i) {
-        if (m_list[i] == text) return false;
+        if (m_prints[i] == print && m_list[i] == text) return false;
       }
       m_bloom |= bit;
+      m_prints[m_count] = print;
     } else {
-      if (m_count == SHORT_LIST) index_list();
+      if (m_count == SHORT_LIST) {
+        index_list(text);
+      } else if (2 * (m_count + 1) > m_slots.size()) {
+        grow_table();  // only a malformed list outgrows the table sized for it
+      }
       if (!index_string(print, text, m_count)) return false;
       if (m_count == m_list.size()) m_list.resize(2 * m_count);
     }
@@ -135,24 +181,37 @@ class SECTION_BUILDER {
     return true;
   }
 
-  // Starts the table for the list being read (a new list number, whose slots need no
-  // clearing) with its strings so far, at most half full.
-  void index_list() {
+  // Starts the table for the list being read, whose strings from `next` on are still to
+  // come: sized for the whole list at most half full, under a new list number so that no
+  // slot needs clearing, and filled with the strings so far.
+  void index_list(std::string_view next) {
+    const size_t expected =
+        m_count + strings_to_entry_end(m_zeros, DWORD(next.data() - m_text), m_limit);
+    size_t size = 4 * SHORT_LIST;
+    while (size < 2 * (expected + 1)) size *= 2;
+    if (m_slots.size() < size) m_slots.assign(size, SLOT{0, 0, 0});
+    if (m_list.size() < expected) m_list.resize(expected);
+    fill_table();
+  }
+
+  void grow_table() {
+    m_slots.assign(2 * m_slots.size(), SLOT{0, 0, 0});
+    fill_table();
+  }
+
+  void fill_table() {
     ++m_list_number;
-    if (m_slots.size() < 4 * SHORT_LIST) m_slots.assign(4 * SHORT_LIST, SLOT{0, 0, 0});
-    for (size_t i = 0; i < m_count; ++i) index_string(fingerprint(m_list[i]), m_list[i], i);
+    for (size_t i = 0; i < m_count; ++i) {
+      index_string(i < SHORT_LIST ? m_prints[i] : fingerprint(m_list[i]), m_list[i], i);
+    }
   }
 
   // Enters string `string` of the list; false when the list already holds its text.
-  bool index_string(QWORD print, std::string_view text, size_t string) {
-    if (2 * (string + 1) > m_slots.size()) {
-      m_slots.assign(2 * m_slots.size(), SLOT{0, 0, 0});
-      ++m_list_number;
-      for (size_t i = 0; i < string; ++i) index_string(fingerprint(m_list[i]), m_list[i], i);
-    }
+  [[gnu::always_inline]] bool index_string(QWORD print, std::string_view text, size_t string) {
+    SLOT* const slots = m_slots.data();
     const size_t mask = m_slots.size() - 1;
     for (size_t at = size_t((print * 0x9E3779B97F4A7C15ull) >> 32) & mask;; at = (at + 1) & mask) {
-      SLOT& slot = m_slots[at];
+      SLOT& slot = slots[at];
       if (slot.list != m_list_number) {
         slot = SLOT{print, m_list_number, DWORD(string)};
         return true;
@@ -163,11 +222,14 @@ class SECTION_BUILDER {
 
   PGMDEV_DDB_GRAMMAR_ENTRIES& m_table;
   const char* m_text;
+  const std::vector<QWORD>& m_zeros;
+  DWORD m_limit;
   PGMDEV_DDB_GRAMMAR_SECTION* m_section = nullptr;
   bool m_in_order = true;
   std::string_view m_last_key;
   std::vector<std::string_view> m_list;  // the first m_count are the list being read
   size_t m_count = 0;
+  QWORD m_prints[SHORT_LIST] = {};  // of the first strings of the list
   QWORD m_bloom = 0;
   std::vector<SLOT> m_slots;  // a power of two of them, once a long list has been read
   DWORD m_list_number = 0;
@@ -199,16 +261,27 @@ class GRAMMAR_READER {
     const DWORD last = m_limit - 1;  // every zero of the entry lies before this
     DWORD at = m_index;
     if (m_data[at] == 0) return false;
-    const DWORD key_end = m_zeros.next(at);
+    // The zero bytes from `at` on, a word of the map at a time.
+    const QWORD* words = m_zeros.words().data();
+    size_t word = at / 64;
+    QWORD bits = words[word] & (~QWORD(0) << (at % 64));
+    const auto next_zero = [&] {
+      while (bits == 0) bits = words[++word];
+      const DWORD zero = DWORD(word * 64 + size_t(__builtin_ctzll(bits)));
+      bits &= bits - 1;
+      return zero;
+    };
+    const DWORD key_end = next_zero();
     if (key_end >= last) return false;
     const std::string_view key = text(at, key_end);
     if (!section.key_in_order(key)) return false;
     section.start_list();
-    at = key_end + 1;
-    while (m_data[at] != 0) {
-      const DWORD end = m_zeros.next(at);
-      if (end >= last || !section.add_string(text(at, end))) return false;
-      at = end + 1;
+    // Each string ends at the next zero; a zero where a string would start closes the entry.
+    for (at = key_end + 1;;) {
+      const DWORD zero = next_zero();
+      if (zero == at) break;
+      if (zero >= last || !section.add_string(text(at, zero))) return false;
+      at = zero + 1;
     }
     if (at == key_end + 1 || at == last) return false;
     section.add_entry(key);
@@ -284,7 +357,8 @@ void parse_grammar_payload(std::vector<BYTE>&& data, PGMDEV_DDB_GRAMMAR_DB& db) 
   GRAMMAR_READER reader(text, data_size, db.zeros());
   PGMDEV_DDB_GRAMMAR_ENTRIES& table = db.entry_table();
   table.reserve(table.size() + reader.count_entries_bound());
-  SECTION_BUILDER builder(table, reinterpret_cast<const char*>(text));
+  SECTION_BUILDER builder(table, reinterpret_cast<const char*>(text), db.zeros().words(),
+                          data_size - NAMING_TRAILER_SIZE);
   DWORD pointer_index = 0;
   builder.start(*db.get_section(pointer_index));
   while (reader.at_payload()) {

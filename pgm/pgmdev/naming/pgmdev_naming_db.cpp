@@ -59,12 +59,11 @@ class NAME_SIEVE {
 QWORD zeros_of_block(const BYTE* at) {
 #if defined(__SSE2__)
   const __m128i zero = _mm_setzero_si128();
-  QWORD bits = 0;
-  for (int i = 0; i < 4; ++i) {
+  const auto zeros_of = [&](int i) {
     const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
-    bits |= QWORD(unsigned(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, zero)))) << (16 * i);
-  }
-  return bits;
+    return QWORD(unsigned(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, zero))));
+  };
+  return zeros_of(0) | zeros_of(1) << 16 | zeros_of(2) << 32 | zeros_of(3) << 48;
 #else
   constexpr QWORD LOW7 = 0x7F7F7F7F7F7F7F7Full;
   QWORD bits = 0;
