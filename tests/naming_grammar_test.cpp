@@ -65,9 +65,10 @@ TEST_F(CraftedGrammar, AStringUnderTwoKeysAnswersWithTheLowerKeyWhateverTheBlobO
 }
 
 // A process's first look-ups of a section find strings by their length among the text's
-// zero bytes. Against the list views' own reading, over strings of every length up to past
-// the longest so found, lying anywhere in a 64-byte word, as keys, as parts of longer
-// strings and under two keys; in a section kept in text order and in one that was sorted.
+// zero bytes, and keep the last answer. Against the list views' own reading, over strings
+// of every length up to past the longest so found, lying anywhere in a 64-byte word, as
+// keys, as parts of longer strings and under two keys; in a section kept in text order and
+// in one that was sorted.
 TEST(NamingGrammarWalk, FirstLookUpsFindWhatTheListsHold) {
   std::vector<naming_test::SECTION> sections = naming_test::small_grammar();
   std::vector<std::string> names = {"", "NOT_LISTED", std::string("K1\0X", 4)};
@@ -90,14 +91,21 @@ TEST(NamingGrammarWalk, FirstLookUpsFindWhatTheListsHold) {
       PGMDEV_DDB_GRAMMAR_DB db;  // fresh, so the look-up is among the first
       pgmdev::parse_grammar_payload(blob.data(), DWORD(blob.size()), db);
       const PGMDEV_DDB_GRAMMAR_SECTION& section = *db.get_section(2);
-      std::string_view expected;
-      for (const auto& entry : section.entries()) {
-        const PGMDEV_DDB_GRAMMAR_LIST_VIEW list = section.list(entry);
-        if (std::find(list.begin(), list.end(), name) != list.end()) {
-          expected = section.key(entry);
-          break;
+      const auto listing = [&](const std::string& wanted) {
+        for (const auto& entry : section.entries()) {
+          const PGMDEV_DDB_GRAMMAR_LIST_VIEW list = section.list(entry);
+          if (std::find(list.begin(), list.end(), wanted) != list.end()) {
+            return section.key(entry);
+          }
         }
-      }
+        return std::string_view();
+      };
+      const std::string_view expected = listing(name);
+      EXPECT_EQ(db.find_key_of(2, name), expected) << name;
+      // Asked again, after another question and once more: the last answer is not reused
+      // for a different name.
+      EXPECT_EQ(db.find_key_of(2, name), expected) << name;
+      EXPECT_EQ(db.find_key_of(2, name + "Z"), listing(name + "Z")) << name;
       EXPECT_EQ(db.find_key_of(2, name), expected) << name;
     }
   }

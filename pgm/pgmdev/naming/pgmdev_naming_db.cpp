@@ -189,8 +189,21 @@ std::string_view PGMDEV_DDB_GRAMMAR_DB::scan_key_of(DWORD section, std::string_v
 }
 
 std::string_view PGMDEV_DDB_GRAMMAR_DB::find_key_of(DWORD section, std::string_view name) const {
-  if (m_walks[section].fetch_add(1, std::memory_order_relaxed) < WALKS_BEFORE_INDEX) {
-    return walk_key_of(section, name);
+  if (m_walks[section].load(std::memory_order_relaxed) < WALKS_BEFORE_INDEX) {
+    // The same question again (a composite operation asks some twice) costs no walk.
+    LAST_ANSWER& last = m_last_answers[section];
+    {
+      const std::lock_guard<std::mutex> lock(last.mutex);
+      if (last.valid && last.name == name) return last.key;
+    }
+    if (m_walks[section].fetch_add(1, std::memory_order_relaxed) < WALKS_BEFORE_INDEX) {
+      const std::string_view key = walk_key_of(section, name);
+      const std::lock_guard<std::mutex> lock(last.mutex);
+      last.name.assign(name.data(), name.size());
+      last.key = key;
+      last.valid = true;
+      return key;
+    }
   }
   std::call_once(m_index_once[section], [this, section] { build_reverse_index(section); });
   const REVERSE_INDEX& index = m_reverse_index[section];

@@ -224,6 +224,14 @@ class PGMDEV_DDB_GRAMMAR_DB {
   mutable std::array<std::atomic<unsigned>, PGMDEV_DDB_GRAMMAR_SECTIONS> m_walks{};
   mutable std::array<std::once_flag, PGMDEV_DDB_GRAMMAR_SECTIONS> m_index_once;
   mutable std::array<REVERSE_INDEX, PGMDEV_DDB_GRAMMAR_SECTIONS> m_reverse_index;
+  // The last walk's question and answer of each section.
+  struct LAST_ANSWER {
+    std::mutex mutex;
+    std::string name;
+    std::string_view key;
+    bool valid = false;
+  };
+  mutable std::array<LAST_ANSWER, PGMDEV_DDB_GRAMMAR_SECTIONS> m_last_answers;
 };
 
 // The OPN slot table: slot number = OPN enumeration, value = part enumeration (0 unassigned).
