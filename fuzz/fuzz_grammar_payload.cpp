@@ -1,12 +1,25 @@
 // Fuzz target: the grammar blob's payload parser, behind a valid magic and CRC trailer, and
 // the blob door itself (inflate, length, magic, trailer).
+#include <algorithm>
+
 #include "fuzz_naming.h"
 #include "naming/pgmdev_naming_db.h"
 
 namespace {
 
-// Look-ups over whatever was parsed: each section's first key by name, and the reverse
-// look-up of that key's first listed name, which must lead back to a listing key.
+// The first key, in key order, whose list holds `name`, read through the list views.
+std::string_view listing_key(const PGMDEV_DDB_GRAMMAR_SECTION& map, std::string_view name) {
+  for (const auto& entry : map.entries()) {
+    const PGMDEV_DDB_GRAMMAR_LIST_VIEW list = map.list(entry);
+    if (std::find(list.begin(), list.end(), name) != list.end()) return map.key(entry);
+  }
+  return {};
+}
+
+// Look-ups over whatever was parsed: each section's first key by name, and reverse look-ups
+// (all among a fresh database's first, which read the text rather than an index) of the
+// first and last entries' first listed names, of a key and of a name in no list, each
+// against the list views' own answer.
 void look_up(const PGMDEV_DDB_GRAMMAR_DB& db) {
   for (DWORD section = 0; section < PGMDEV_DDB_GRAMMAR_SECTIONS; ++section) {
     const PGMDEV_DDB_GRAMMAR_SECTION* map = db.get_section(section);
@@ -15,8 +28,11 @@ void look_up(const PGMDEV_DDB_GRAMMAR_DB& db) {
     const std::string_view key = map->key(entry);
     if (map->find(key) == nullptr || map->list_of(key).empty()) std::abort();
     const std::string_view owner = db.find_key_of(section, map->list(entry).front());
-    if (owner.empty() || map->find(owner) == nullptr) std::abort();
-    db.find_key_of(section, "ZZ_NOT_LISTED");
+    if (owner.empty() || owner != listing_key(*map, map->list(entry).front())) std::abort();
+    for (std::string_view name :
+         {map->list(map->entries().end()[-1]).front(), key, std::string_view("ZZ_NOT_LISTED")}) {
+      if (db.find_key_of(section, name) != listing_key(*map, name)) std::abort();
+    }
   }
 }
 

@@ -2,8 +2,10 @@
 // debug output, lazy loading and the reverse index.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iomanip>
+#include <set>
 #include <sstream>
 
 #include "naming/pgmdev_grammar_lookup.h"
@@ -82,6 +84,53 @@ TEST_F(CraftedGrammar, AStringUnderTwoKeysAnswersWithTheLowerKeyWhateverTheBlobO
   std::string name = "shared", linear;
   pgmdev::grammar_lookup_reverse_linear(PGMDEV_DDB_GRAMMAR_ENUM::PGM_PART_PCF, name, linear);
   EXPECT_EQ(linear, "PCF_A");
+}
+
+// A process's first look-ups of a section find strings by their length among the text's
+// zero bytes, and keep the last answer. Against the list views' own reading, over strings
+// of every length up to past the longest so found, lying anywhere in a 64-byte word, as
+// keys, as parts of longer strings and under two keys; in a section kept in text order and
+// in one that was sorted.
+TEST(NamingGrammarWalk, FirstLookUpsFindWhatTheListsHold) {
+  std::vector<naming_test::SECTION> sections = naming_test::small_grammar();
+  std::vector<std::string> names = {"", "NOT_LISTED", std::string("K1\0X", 4)};
+  for (int i = 0; i < 72; ++i) {
+    const std::string key = "P" + std::to_string(100 + i);  // after "K2", the first key
+    const std::string name = std::string(size_t(1 + i), char('A' + i % 26));
+    std::vector<std::string> list = {name, name + "_" + key, "X" + name};
+    if (i % 5 == 0) list.push_back("P" + std::to_string(101 + i));  // the next key, listed
+    if (i > 0 && i % 7 == 0) list.push_back(sections[2].back().second.front());  // twice
+    sections[2].push_back({key, list});
+    for (const std::string& text : list) names.push_back(text);
+    names.push_back(key);
+    names.push_back(name.substr(0, name.size() / 2));
+  }
+  std::vector<naming_test::SECTION> sorted = sections;
+  std::swap(sorted[2][1], sorted[2][2]);  // one key out of order: the section gets sorted
+  for (const auto& grammar : {sections, sorted}) {
+    const std::vector<BYTE> blob = naming_test::unsealed(naming_test::grammar_payload(grammar));
+    for (const std::string& name : names) {
+      PGMDEV_DDB_GRAMMAR_DB db;  // fresh, so the look-up is among the first
+      pgmdev::parse_grammar_payload(blob.data(), DWORD(blob.size()), db);
+      const PGMDEV_DDB_GRAMMAR_SECTION& section = *db.get_section(2);
+      const auto listing = [&](const std::string& wanted) {
+        for (const auto& entry : section.entries()) {
+          const PGMDEV_DDB_GRAMMAR_LIST_VIEW list = section.list(entry);
+          if (std::find(list.begin(), list.end(), wanted) != list.end()) {
+            return section.key(entry);
+          }
+        }
+        return std::string_view();
+      };
+      const std::string_view expected = listing(name);
+      EXPECT_EQ(db.find_key_of(2, name), expected) << name;
+      // Asked again, after another question and once more: the last answer is not reused
+      // for a different name.
+      EXPECT_EQ(db.find_key_of(2, name), expected) << name;
+      EXPECT_EQ(db.find_key_of(2, name + "Z"), listing(name + "Z")) << name;
+      EXPECT_EQ(db.find_key_of(2, name), expected) << name;
+    }
+  }
 }
 
 TEST_F(CraftedGrammar, FamilyThroughTheDevicePartPcfOnly) {

@@ -17,26 +17,79 @@ inline QWORD load_le64(const char* at) {
   return codec::load_le<QWORD>(reinterpret_cast<const BYTE*>(at));
 }
 
-// A cheap 32-bit summary of a name: equal names have equal fingerprints, different names
-// of one list rarely share one. Mixes the first and the last eight bytes (all of them for
-// names up to 16 bytes) and the length, since names of one list often differ in a single
-// character anywhere. Whole-word loads, which the text's slack allows, and a mask keep it
-// free of branches and library calls.
-DWORD fingerprint(std::string_view text) {
-  const size_t n = text.size();
-  QWORD head = load_le64(text.data());
-  if (n < 8) head &= (QWORD(1) << (8 * n)) - 1;
-  const QWORD tail = n > 8 ? load_le64(text.data() + n - 8) : 0;
-  const QWORD mixed = (head * 0x9E3779B97F4A7C15ull) ^ (tail * 0xC2B2AE3D27D4EB4Full) ^ n;
-  return DWORD(mixed >> 32) ^ DWORD(mixed);
+// At least the number of entries in the payload [from, limit): every entry ends with two
+// zero bytes in a row (its last string's and its own) and no two entries share them, so
+// counting such pairs sizes the entry table in one allocation.
+size_t count_entries_bound(const std::vector<QWORD>& zeros, DWORD from, DWORD limit) {
+  const size_t first = from / 64, last = (limit - 1) / 64;
+  size_t pairs = 0;
+  QWORD carry = 0;  // bit 0 set when the previous word's last byte was zero
+  for (size_t word = first; word <= last; ++word) {
+    QWORD bits = zeros[word];
+    if (word == first) bits &= ~QWORD(0) << (from % 64);
+    if (word == last) bits &= ~QWORD(0) >> (63 - (limit - 1) % 64);
+    // Pairs are rare: most words have none to count.
+    for (QWORD pair = bits & ((bits << 1) | carry); pair != 0; pair &= pair - 1) ++pairs;
+    carry = bits >> 63;
+  }
+  // An entry takes five bytes at least ("K\0V\0\0"): a run of zeros asks for no more.
+  return std::min<size_t>(pairs, (limit - from) / 5);
 }
 
-// One section while it is read: the list being read with its strings' fingerprints and a
-// bit per fingerprint hash seen in it, and the keys once they arrive out of order.
+// The first eight bytes of a string of the text (zeros past its end) as a number whose
+// order is the strings' byte-wise order: the first byte most significant. The text's slack
+// allows the whole-word load.
+QWORD ordered_head(std::string_view text) {
+  QWORD word = load_le64(text.data());
+  if (text.size() < 8) word &= (QWORD(1) << (8 * text.size())) - 1;
+  return __builtin_bswap64(word);
+}
+
+// Byte-wise order of two non-empty strings of the text (no zero bytes inside), mostly
+// decided by their first eight bytes.
+[[gnu::always_inline]] inline bool text_less(std::string_view a, std::string_view b) {
+  const QWORD head_a = ordered_head(a), head_b = ordered_head(b);
+  if (head_a != head_b) return head_a < head_b;
+  // Equal heads: equal strings up to eight bytes, or one a prefix of the other, or equal
+  // first eight bytes of two longer ones.
+  if (a.size() <= 8 || b.size() <= 8) return a.size() < b.size();
+  return a.substr(8) < b.substr(8);
+}
+
+// How many strings follow from `from` up to the end of their entry (a zero byte right after
+// another), read off the zero map: what a long list's table is sized for. Only a size: a
+// malformed entry may be counted short or long.
+size_t strings_to_entry_end(const std::vector<QWORD>& zeros, DWORD from, DWORD limit) {
+  size_t count = 0;
+  QWORD carry = 0;  // bit 0 set when the previous word's last byte was zero
+  for (size_t word = from / 64; word * 64 < limit; ++word) {
+    QWORD bits = zeros[word];
+    if (word == from / 64) bits &= ~QWORD(0) << (from % 64);
+    const QWORD pairs = bits & ((bits << 1) | carry);
+    if (pairs != 0) return count + size_t(__builtin_popcountll(bits & ((pairs & -pairs) - 1)));
+    count += size_t(__builtin_popcountll(bits));
+    carry = bits >> 63;
+  }
+  return count;
+}
+
+// A cheap summary of a name for the repeat check: equal names have equal prints. A name
+// shorter than eight bytes is its own print (with its length in the top byte); a longer one
+// is summed up by its last eight bytes, where names of one list mostly differ, and its
+// length. A whole-word load, which the text's slack allows, keeps it free of library calls.
+QWORD fingerprint(std::string_view text) {
+  const size_t n = text.size();
+  if (n < 8) return (load_le64(text.data()) & ((QWORD(1) << (8 * n)) - 1)) | (QWORD(n) << 56);
+  return load_le64(text.data() + n - 8) ^ (QWORD(n) << 56);
+}
+
+// One section while it is read: the list being read, with what the repeat check needs, and
+// the keys once they arrive out of order.
 class SECTION_BUILDER {
  public:
-  SECTION_BUILDER(PGMDEV_DDB_GRAMMAR_ENTRIES& table, const char* text)
-      : m_table(table), m_text(text) {}
+  SECTION_BUILDER(PGMDEV_DDB_GRAMMAR_ENTRIES& table, const char* text,
+                  const std::vector<QWORD>& zeros, DWORD limit)
+      : m_table(table), m_text(text), m_zeros(zeros), m_limit(limit), m_list(SHORT_LIST) {}
 
   void start(PGMDEV_DDB_GRAMMAR_SECTION& section) {
     section.start(m_table, m_text);
@@ -46,31 +99,32 @@ class SECTION_BUILDER {
   }
 
   void start_list() {
-    for (DWORD print : m_prints) m_seen[seen_bit(print)] = false;
-    m_list.clear();
-    m_prints.clear();
+    m_count = 0;
+    m_bloom = 0;
   }
 
-  // False when `text` is already in the list being read. A bit per fingerprint hash rules
-  // out most strings at once; only a hit (a repeat, or a rare clash) scans the list's
-  // fingerprints and then compares texts.
-  bool add_string(std::string_view text) {
-    const DWORD print = fingerprint(text);
-    const size_t bit = seen_bit(print);
-    if (m_seen[bit]) {
-      for (size_t i = 0; i < m_list.size(); ++i) {
-        if (m_prints[i] == print && m_list[i] == text) return false;
-      }
+  // False when `text` is already in the list being read. While the list is short, a bit per
+  // print (64 of them) rules out most strings at once and only a hit scans the list; a long
+  // list goes through a table of prints. Inlined: it runs once per string of the blob.
+  [[gnu::always_inline]] bool add_string(std::string_view text) {
+    const QWORD print = fingerprint(text);
+    const QWORD bit = QWORD(1) << ((print * 0x9E3779B97F4A7C15ull) >> 58);
+    if (m_count < SHORT_LIST && (m_bloom & bit) == 0) {
+      m_bloom |= bit;
+      m_prints[m_count] = print;
+      m_list[m_count++] = text;
+      return true;
     }
-    m_seen[bit] = true;
-    m_list.push_back(text);
-    m_prints.push_back(print);
-    return true;
+    return add_string_slowly(text, print, bit);
   }
 
-  // Keys normally arrive in order, so a new key is usually just greater than the last one.
+  // Whether `key` comes after the section's keys so far, as keys normally arrive.
+  [[gnu::always_inline]] bool key_in_order(std::string_view key) const {
+    return m_in_order && (m_last_key.empty() || text_less(m_last_key, key));
+  }
+
   bool has_key(std::string_view key) {
-    if (m_in_order && (m_last_key.empty() || m_last_key < key)) return false;
+    if (key_in_order(key)) return false;
     if (m_in_order) {
       m_in_order = false;
       for (const auto& entry : m_section->entries()) m_keys.insert(m_section->key(entry));
@@ -80,11 +134,11 @@ class SECTION_BUILDER {
 
   // Takes the strings read since start_list() as the list of `key`; they follow one another
   // in the text, each with its zero byte.
-  void add_entry(std::string_view key) {
-    const std::string_view& last = m_list.back();
+  [[gnu::always_inline]] void add_entry(std::string_view key) {
+    const std::string_view& last = m_list[m_count - 1];
     const auto offset = [this](const char* at) { return DWORD(at - m_text); };
     m_section->add_entry({offset(key.data()), DWORD(key.size()),
-                          offset(last.data() + last.size() + 1), DWORD(m_list.size())});
+                          offset(last.data() + last.size() + 1), DWORD(m_count)});
     if (m_in_order) {
       m_last_key = key;
     } else {
@@ -98,16 +152,87 @@ class SECTION_BUILDER {
   }
 
  private:
-  static size_t seen_bit(DWORD print) { return (print * 0x9E3779B1u) >> 16; }
+  // Lists up to this long use the bits and a scan, longer ones the table.
+  static constexpr size_t SHORT_LIST = 16;
+
+  struct SLOT {
+    QWORD print;
+    DWORD list;  // the number of the list that filled the slot
+    DWORD string;
+  };
+
+  [[gnu::noinline]] bool add_string_slowly(std::string_view text, QWORD print, QWORD bit) {
+    if (m_count < SHORT_LIST) {
+      for (size_t i = 0; i < m_count; ++i) {
+        if (m_prints[i] == print && m_list[i] == text) return false;
+      }
+      m_bloom |= bit;
+      m_prints[m_count] = print;
+    } else {
+      if (m_count == SHORT_LIST) {
+        index_list(text);
+      } else if (2 * (m_count + 1) > m_slots.size()) {
+        grow_table();  // only a malformed list outgrows the table sized for it
+      }
+      if (!index_string(print, text, m_count)) return false;
+      if (m_count == m_list.size()) m_list.resize(2 * m_count);
+    }
+    m_list[m_count++] = text;
+    return true;
+  }
+
+  // Starts the table for the list being read, whose strings from `next` on are still to
+  // come: sized for the whole list at most half full, under a new list number so that no
+  // slot needs clearing, and filled with the strings so far.
+  void index_list(std::string_view next) {
+    const size_t expected =
+        m_count + strings_to_entry_end(m_zeros, DWORD(next.data() - m_text), m_limit);
+    size_t size = 4 * SHORT_LIST;
+    while (size < 2 * (expected + 1)) size *= 2;
+    if (m_slots.size() < size) m_slots.assign(size, SLOT{0, 0, 0});
+    if (m_list.size() < expected) m_list.resize(expected);
+    fill_table();
+  }
+
+  void grow_table() {
+    m_slots.assign(2 * m_slots.size(), SLOT{0, 0, 0});
+    fill_table();
+  }
+
+  void fill_table() {
+    ++m_list_number;
+    for (size_t i = 0; i < m_count; ++i) {
+      index_string(i < SHORT_LIST ? m_prints[i] : fingerprint(m_list[i]), m_list[i], i);
+    }
+  }
+
+  // Enters string `string` of the list; false when the list already holds its text.
+  [[gnu::always_inline]] bool index_string(QWORD print, std::string_view text, size_t string) {
+    SLOT* const slots = m_slots.data();
+    const size_t mask = m_slots.size() - 1;
+    for (size_t at = size_t((print * 0x9E3779B97F4A7C15ull) >> 32) & mask;; at = (at + 1) & mask) {
+      SLOT& slot = slots[at];
+      if (slot.list != m_list_number) {
+        slot = SLOT{print, m_list_number, DWORD(string)};
+        return true;
+      }
+      if (slot.print == print && m_list[slot.string] == text) return false;
+    }
+  }
 
   PGMDEV_DDB_GRAMMAR_ENTRIES& m_table;
   const char* m_text;
+  const std::vector<QWORD>& m_zeros;
+  DWORD m_limit;
   PGMDEV_DDB_GRAMMAR_SECTION* m_section = nullptr;
   bool m_in_order = true;
   std::string_view m_last_key;
-  std::vector<std::string_view> m_list;
-  std::vector<DWORD> m_prints;
-  std::vector<bool> m_seen = std::vector<bool>(size_t(1) << 16);
+  std::vector<std::string_view> m_list;  // the first m_count are the list being read
+  size_t m_count = 0;
+  QWORD m_prints[SHORT_LIST] = {};  // of the first strings of the list
+  QWORD m_bloom = 0;
+  std::vector<SLOT> m_slots;  // a power of two of them, once a long list has been read
+  DWORD m_list_number = 0;
   std::unordered_set<std::string_view> m_keys;
 };
 
@@ -115,27 +240,53 @@ class SECTION_BUILDER {
 // payload, although the four trailer bytes behind it may still be read.
 class GRAMMAR_READER {
  public:
-  GRAMMAR_READER(const BYTE* data, DWORD data_size)
-      : m_data(data), m_limit(data_size - NAMING_TRAILER_SIZE), m_index(NAMING_MAGIC_SIZE) {}
+  GRAMMAR_READER(const BYTE* data, DWORD data_size, const PGMDEV_DDB_GRAMMAR_ZEROS& zeros)
+      : m_data(data),
+        m_limit(data_size - NAMING_TRAILER_SIZE),
+        m_index(NAMING_MAGIC_SIZE),
+        m_zeros(zeros) {}
 
   bool at_payload() const { return m_index < m_limit; }
   bool at_zero() const { return m_data[m_index] == 0; }
   void skip() { ++m_index; }
+  size_t count_entries_bound() const {
+    return pgmdev::count_entries_bound(m_zeros.words(), m_index, m_limit);
+  }
 
-  // The first zero byte at or after `from`, or the limit when there is none before it.
-  // Eight bytes at a time: names are short, and a byte loop would mispredict its exit once
-  // per name. The text's slack ends every search in bounds: a word reaching past the
-  // blob's end holds the slack's first zero byte.
-  DWORD find_zero(DWORD from) const {
-    constexpr QWORD LOW7 = 0x7F7F7F7F7F7F7F7Full;
-    for (;; from += 8) {
-      const QWORD word = load_le64(reinterpret_cast<const char*>(m_data + from));
-      const QWORD zeros = ~(((word & LOW7) + LOW7) | word | LOW7);  // top bit of each zero byte
-      if (zeros != 0) {
-        const DWORD found = from + DWORD(__builtin_ctzll(zeros) / 8);
-        return found < m_limit ? found : m_limit;
-      }
+  // An entry as it nearly always is: a key in order, one or more strings none of which is
+  // repeated, and the closing zero, all before the last payload byte. Anything else returns
+  // false having read nothing for good: read_entry() takes the entry from its start and
+  // makes the reports in their order.
+  bool read_entry_fast(SECTION_BUILDER& section) {
+    const DWORD last = m_limit - 1;  // every zero of the entry lies before this
+    DWORD at = m_index;
+    if (m_data[at] == 0) return false;
+    // The zero bytes from `at` on, a word of the map at a time.
+    const QWORD* words = m_zeros.words().data();
+    size_t word = at / 64;
+    QWORD bits = words[word] & (~QWORD(0) << (at % 64));
+    const auto next_zero = [&] {
+      while (bits == 0) bits = words[++word];
+      const DWORD zero = DWORD(word * 64 + size_t(__builtin_ctzll(bits)));
+      bits &= bits - 1;
+      return zero;
+    };
+    const DWORD key_end = next_zero();
+    if (key_end >= last) return false;
+    const std::string_view key = text(at, key_end);
+    if (!section.key_in_order(key)) return false;
+    section.start_list();
+    // Each string ends at the next zero; a zero where a string would start closes the entry.
+    for (at = key_end + 1;;) {
+      const DWORD zero = next_zero();
+      if (zero == at) break;
+      if (zero >= last || !section.add_string(text(at, zero))) return false;
+      at = zero + 1;
     }
+    if (at == key_end + 1 || at == last) return false;
+    section.add_entry(key);
+    m_index = at + 1;
+    return true;
   }
 
   // One zero-terminated string. A string cut off by the trailer is kept as read so far,
@@ -144,15 +295,15 @@ class GRAMMAR_READER {
     PGMDEV_CHECK(m_index < m_limit, "index < data_size", MODULE_DDB_MGR);
     PGMDEV_CHECK(m_data[m_index] != 0, "data[index] != 0", MODULE_DDB_MGR);
     const DWORD start = m_index;
-    m_index = find_zero(m_index);
-    const std::string_view text(reinterpret_cast<const char*>(m_data + start), m_index - start);
+    m_index = std::min(m_zeros.next(m_index), m_limit);
+    const std::string_view string = text(start, m_index);
     if (!PGMDEV_CHECK_SOFT(m_index < m_limit && m_data[m_index] == 0,
                            "index < data_size && data[index] == 0", MODULE_DDB_MGR)) {
-      return text;
+      return string;
     }
     ++m_index;
     PGMDEV_CHECK(m_index < m_limit, "index < data_size", MODULE_DDB_MGR);
-    return text;
+    return string;
   }
 
   // The list of one entry, up to (not over) its closing zero byte.
@@ -185,32 +336,16 @@ class GRAMMAR_READER {
   }
 
  private:
+  std::string_view text(DWORD from, DWORD to) const {
+    return std::string_view(reinterpret_cast<const char*>(m_data + from), to - from);
+  }
+
   const BYTE* m_data;
   DWORD m_limit;
   DWORD m_index;
   DWORD m_listed = 0;  // strings of the entry being read
+  const PGMDEV_DDB_GRAMMAR_ZEROS& m_zeros;
 };
-
-// At least the number of entries in the payload [from, limit): every entry ends with two
-// zero bytes in a row (its last string's and its own) and no two entries share them, so
-// counting such pairs sizes the entry table in one allocation. Word at a time, as
-// find_zero; the text's slack covers the last word.
-size_t count_entries_bound(const BYTE* data, DWORD from, DWORD limit) {
-  constexpr QWORD LOW7 = 0x7F7F7F7F7F7F7F7Full;
-  size_t pairs = 0;
-  QWORD carry = 0;  // top bit set when the previous word's last byte was zero
-  for (DWORD at = from; at < limit; at += 8) {
-    QWORD word = load_le64(reinterpret_cast<const char*>(data + at));
-    QWORD zeros = ~(((word & LOW7) + LOW7) | word | LOW7);
-    if (limit - at < 8) zeros &= (QWORD(1) << (8 * (limit - at))) - 1;
-    // One bit per byte at most, so a multiply sums them: no popcount call, no branch.
-    const QWORD pair = zeros & ((zeros << 8) | carry);
-    pairs += size_t(((pair >> 7) * 0x0101010101010101ull) >> 56);
-    carry = zeros >> 56;
-  }
-  // An entry takes five bytes at least ("K\0V\0\0"): a run of zeros asks for no more.
-  return std::min<size_t>(pairs, (limit - from) / 5);
-}
 
 }  // namespace
 
@@ -219,17 +354,17 @@ void parse_grammar_payload(std::vector<BYTE>&& data, PGMDEV_DDB_GRAMMAR_DB& db) 
   PGMDEV_CHECK(data_size >= NAMING_MAGIC_SIZE + NAMING_TRAILER_SIZE, "data_size >= 14",
                MODULE_DDB_MGR);
   const BYTE* text = db.adopt_text(std::move(data));
-  GRAMMAR_READER reader(text, data_size);
+  GRAMMAR_READER reader(text, data_size, db.zeros());
   PGMDEV_DDB_GRAMMAR_ENTRIES& table = db.entry_table();
-  table.reserve(table.size() +
-                count_entries_bound(text, NAMING_MAGIC_SIZE, data_size - NAMING_TRAILER_SIZE));
-  SECTION_BUILDER builder(table, reinterpret_cast<const char*>(text));
+  table.reserve(table.size() + reader.count_entries_bound());
+  SECTION_BUILDER builder(table, reinterpret_cast<const char*>(text), db.zeros().words(),
+                          data_size - NAMING_TRAILER_SIZE);
   DWORD pointer_index = 0;
   builder.start(*db.get_section(pointer_index));
   while (reader.at_payload()) {
     PGMDEV_CHECK(pointer_index < PGMDEV_DDB_GRAMMAR_SECTIONS,
                  "pointer_index < DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)", MODULE_DDB_MGR);
-    reader.read_entry(builder);
+    if (!reader.read_entry_fast(builder)) reader.read_entry(builder);
     // The index never passes the limit, so this byte is at worst the first trailer byte.
     if (reader.at_zero()) {
       reader.skip();
@@ -244,7 +379,10 @@ void parse_grammar_payload(std::vector<BYTE>&& data, PGMDEV_DDB_GRAMMAR_DB& db) 
 }
 
 void parse_grammar_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_GRAMMAR_DB& db) {
-  parse_grammar_payload(std::vector<BYTE>(data, data + data_size), db);
+  std::vector<BYTE> copy;
+  copy.reserve(size_t(data_size) + PGMDEV_DDB_GRAMMAR_TEXT_SLACK);  // no second copy for it
+  copy.assign(data, data + data_size);
+  parse_grammar_payload(std::move(copy), db);
 }
 
 // The inflated bytes become the database's text, which its sections point into.

@@ -59,20 +59,21 @@ class PrefixGroups {
     std::vector<std::string> lookup = names;
     const std::vector<std::string> packages =
         grammar_lookup_reverse_all(PGMDEV_DDB_GRAMMAR_ENUM::PACKAGE_NAME, lookup);
+    // A name without a programmer name of its own takes its package name's: one walk asks
+    // for the names and their package names together.
     lookup = names;
-    std::vector<std::string> pgms =
-        grammar_lookup_reverse_all(PGMDEV_DDB_GRAMMAR_ENUM::PGM_NAME, lookup);
-    // A name without a programmer name of its own takes its package name's.
-    std::vector<std::string> via_package;
-    std::vector<size_t> which;
+    std::vector<size_t> which;  // the name of each package name asked
     for (size_t i = 0; i < names.size(); ++i) {
-      if (!pgms[i].empty() || packages[i].empty()) continue;
-      via_package.push_back(packages[i]);
+      if (packages[i].empty()) continue;
+      lookup.push_back(packages[i]);
       which.push_back(i);
     }
     const std::vector<std::string> found =
-        grammar_lookup_reverse_all(PGMDEV_DDB_GRAMMAR_ENUM::PGM_NAME, via_package);
-    for (size_t k = 0; k < which.size(); ++k) pgms[which[k]] = found[k];
+        grammar_lookup_reverse_all(PGMDEV_DDB_GRAMMAR_ENUM::PGM_NAME, lookup);
+    std::vector<std::string> pgms(found.begin(), found.begin() + std::ptrdiff_t(names.size()));
+    for (size_t k = 0; k < which.size(); ++k) {
+      if (pgms[which[k]].empty()) pgms[which[k]] = found[names.size() + k];
+    }
     Group group;
     for (size_t i = 0; i < names.size(); ++i) {
       for (std::string key :

@@ -3,12 +3,22 @@
 
 #include <algorithm>
 #include <bitset>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+#include "codec/pgmdev_le_codec.h"
 
 namespace {
 
 // A walk reads each entry once, as building the index does, but allocates nothing: for a
 // process that asks a few questions, this many walks cost less than the index.
 constexpr unsigned WALKS_BEFORE_INDEX = 8;
+
+// Names shorter than this are looked for by their length in the map of zero bytes.
+constexpr size_t MAX_SCAN_LENGTH = 63;
 
 // Calls `visit` on each string of an entry's list in order until it returns true. The
 // list view's iterator measures each string twice (to read it and to step past it); a
@@ -45,7 +55,38 @@ class NAME_SIEVE {
   std::bitset<256> m_firsts;
 };
 
+// Bit i set when byte i of the 64 at `at` is zero.
+QWORD zeros_of_block(const BYTE* at) {
+#if defined(__SSE2__)
+  const __m128i zero = _mm_setzero_si128();
+  const auto zeros_of = [&](int i) {
+    const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
+    return QWORD(unsigned(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, zero))));
+  };
+  return zeros_of(0) | zeros_of(1) << 16 | zeros_of(2) << 32 | zeros_of(3) << 48;
+#else
+  constexpr QWORD LOW7 = 0x7F7F7F7F7F7F7F7Full;
+  QWORD bits = 0;
+  for (int i = 0; i < 8; ++i) {
+    const QWORD word = pgmdev::codec::load_le<QWORD>(at + 8 * i);
+    const QWORD tops = ~(((word & LOW7) + LOW7) | word | LOW7);  // top bit of each zero byte
+    // Gathers the eight top bits into one byte, the first byte's lowest.
+    bits |= (((tops >> 7) * 0x0102040810204080ull) >> 56) << (8 * i);
+  }
+  return bits;
+#endif
+}
+
 }  // namespace
+
+void PGMDEV_DDB_GRAMMAR_ZEROS::map(const BYTE* text, size_t size) {
+  // Up to the slack's first byte, in whole blocks: the slack covers the last block's reads.
+  static_assert(PGMDEV_DDB_GRAMMAR_TEXT_SLACK >= 64, "a block may reach 63 bytes past the text");
+  const size_t blocks = (size + 1 + 63) / 64;
+  m_words.assign(blocks + 1, 0);
+  for (size_t block = 0; block < blocks; ++block)
+    m_words[block] = zeros_of_block(text + 64 * block);
+}
 
 const PGMDEV_DDB_GRAMMAR_ENTRY* PGMDEV_DDB_GRAMMAR_SECTION::find(std::string_view key) const {
   const PGMDEV_DDB_GRAMMAR_ENTRY_RANGE all = entries();
@@ -64,6 +105,7 @@ void PGMDEV_DDB_GRAMMAR_SECTION::sort_entries() {
   const auto first = m_table->begin() + std::ptrdiff_t(m_first);
   std::sort(first, first + std::ptrdiff_t(m_size),
             [this](const auto& a, const auto& b) { return key(a) < key(b); });
+  m_in_text_order = false;
 }
 
 PGMDEV_DDB_GRAMMAR_SECTION* PGMDEV_DDB_GRAMMAR_DB::get_section(DWORD section) {
@@ -75,8 +117,10 @@ const PGMDEV_DDB_GRAMMAR_SECTION* PGMDEV_DDB_GRAMMAR_DB::get_section(DWORD secti
 }
 
 const BYTE* PGMDEV_DDB_GRAMMAR_DB::adopt_text(std::vector<BYTE>&& text) {
+  const size_t size = text.size();
   m_text = std::move(text);
-  m_text.resize(m_text.size() + PGMDEV_DDB_GRAMMAR_TEXT_SLACK, 0);
+  m_text.resize(size + PGMDEV_DDB_GRAMMAR_TEXT_SLACK, 0);
+  m_zeros.map(m_text.data(), size);
   return m_text.data();
 }
 
@@ -96,6 +140,7 @@ void PGMDEV_DDB_GRAMMAR_DB::build_reverse_index(DWORD section) const {
 // The same first key as the index gives: keys in order, each key's list in order.
 std::string_view PGMDEV_DDB_GRAMMAR_DB::walk_key_of(DWORD section, std::string_view name) const {
   const PGMDEV_DDB_GRAMMAR_SECTION& entries = m_sections[section];
+  if (entries.in_text_order() && name.size() < MAX_SCAN_LENGTH) return scan_key_of(section, name);
   for (const auto& entry : entries.entries()) {
     if (visit_list(entries, entry, [name](std::string_view text) { return text == name; })) {
       return entries.key(entry);
@@ -104,9 +149,61 @@ std::string_view PGMDEV_DDB_GRAMMAR_DB::walk_key_of(DWORD section, std::string_v
   return {};
 }
 
+// The walk of a section whose entries lie in the text in key order: only strings of the
+// name's length are compared, found as two zero bytes that far apart, and the first such
+// string that lies in a list (not a key, nor a dropped entry) belongs to the first key.
+std::string_view PGMDEV_DDB_GRAMMAR_DB::scan_key_of(DWORD section, std::string_view name) const {
+  const PGMDEV_DDB_GRAMMAR_SECTION& entries = m_sections[section];
+  // No listed string is empty or holds a zero byte.
+  if (entries.empty() || name.empty() || name.find('\0') != std::string_view::npos) return {};
+  const PGMDEV_DDB_GRAMMAR_ENTRY_RANGE all = entries.entries();
+  const char* text = reinterpret_cast<const char*>(m_text.data());
+  // The first eight bytes (fewer for a shorter name) decide most candidates in one compare;
+  // the text's slack lets a whole word be read from any string.
+  const size_t head_size = std::min<size_t>(name.size(), 8);
+  const QWORD head_mask = head_size == 8 ? ~QWORD(0) : (QWORD(1) << (8 * head_size)) - 1;
+  QWORD head = 0;
+  std::memcpy(&head, name.data(), head_size);
+  const auto load_head = [text](DWORD at) {
+    QWORD word;
+    std::memcpy(&word, text + at, 8);
+    return word;
+  };
+  const PGMDEV_DDB_GRAMMAR_ENTRY* owner = nullptr;
+  m_zeros.for_each_gap(all.front().m_key, all.end()[-1].m_list_end, name.size(), [&](DWORD at) {
+    if ((load_head(at) & head_mask) != head) return false;
+    if (name.size() > 8 && std::memcmp(text + at + 8, name.data() + 8, name.size() - 8) != 0) {
+      return false;
+    }
+    // The last entry starting at or before `at`: the string is in its list or in none.
+    const auto* entry = std::upper_bound(all.begin(), all.end(), at,
+                                         [](DWORD offset, const PGMDEV_DDB_GRAMMAR_ENTRY& e) {
+                                           return offset < e.m_key;
+                                         }) -
+                        1;
+    if (entry->m_key == at || at >= entry->m_list_end) return false;
+    owner = entry;
+    return true;
+  });
+  return owner == nullptr ? std::string_view() : entries.key(*owner);
+}
+
 std::string_view PGMDEV_DDB_GRAMMAR_DB::find_key_of(DWORD section, std::string_view name) const {
-  if (m_walks[section].fetch_add(1, std::memory_order_relaxed) < WALKS_BEFORE_INDEX) {
-    return walk_key_of(section, name);
+  if (m_walks[section].load(std::memory_order_relaxed) < WALKS_BEFORE_INDEX) {
+    // The same question again (a composite operation asks some twice) costs no walk.
+    LAST_ANSWER& last = m_last_answers[section];
+    {
+      const std::lock_guard<std::mutex> lock(last.mutex);
+      if (last.valid && last.name == name) return last.key;
+    }
+    if (m_walks[section].fetch_add(1, std::memory_order_relaxed) < WALKS_BEFORE_INDEX) {
+      const std::string_view key = walk_key_of(section, name);
+      const std::lock_guard<std::mutex> lock(last.mutex);
+      last.name.assign(name.data(), name.size());
+      last.key = key;
+      last.valid = true;
+      return key;
+    }
   }
   std::call_once(m_index_once[section], [this, section] { build_reverse_index(section); });
   const REVERSE_INDEX& index = m_reverse_index[section];

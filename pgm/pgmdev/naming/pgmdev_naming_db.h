@@ -87,8 +87,54 @@ class PGMDEV_DDB_GRAMMAR_ENTRY_RANGE {
 };
 
 // Zero bytes kept behind a grammar database's text, so that the parser may read whole
-// eight-byte words from the start of any string in it.
-constexpr size_t PGMDEV_DDB_GRAMMAR_TEXT_SLACK = 8;
+// 64-byte blocks up to the end of the text and eight-byte words from any string in it.
+constexpr size_t PGMDEV_DDB_GRAMMAR_TEXT_SLACK = 64;
+
+// The zero bytes of a grammar database's text, a bit per byte and 64 bytes to a word, up to
+// and including the slack's first byte (so every byte has a zero at or after it). The
+// parser steps from string to string through it; a reverse look-up finds the strings of one
+// length without reading the others.
+class PGMDEV_DDB_GRAMMAR_ZEROS {
+ public:
+  // Maps the first `size` bytes of `text` and the slack behind them.
+  void map(const BYTE* text, size_t size);
+
+  // The first zero byte at or after `from` (which must lie in the mapped bytes).
+  DWORD next(DWORD from) const {
+    size_t word = from / 64;
+    QWORD bits = m_words[word] & (~QWORD(0) << (from % 64));
+    while (bits == 0) bits = m_words[++word];
+    return DWORD(word * 64 + size_t(__builtin_ctzll(bits)));
+  }
+
+  // Calls `visit(start)` for each `start` in [from, to - length) whose byte before and byte
+  // `length` on are zero, in order, until it returns true; `length` below 63. The bytes in
+  // between may hold zeros too: the caller compares them.
+  template <typename VISIT>
+  bool for_each_gap(DWORD from, DWORD to, size_t length, VISIT visit) const;
+
+  const std::vector<QWORD>& words() const { return m_words; }
+
+ protected:
+  std::vector<QWORD> m_words;  // one more than mapped, zero, so a word always has a next
+};
+
+template <typename VISIT>
+bool PGMDEV_DDB_GRAMMAR_ZEROS::for_each_gap(DWORD from, DWORD to, size_t length,
+                                            VISIT visit) const {
+  if (from == 0 || from + length >= to) return false;
+  const size_t gap = length + 1;  // from the zero before a string to the zero after it
+  const size_t first = from - 1, last = to - 1 - gap;  // zeros before a string, both included
+  for (size_t word = first / 64; word <= last / 64; ++word) {
+    QWORD bits = m_words[word] & ((m_words[word] >> gap) | (m_words[word + 1] << (64 - gap)));
+    if (word == first / 64) bits &= ~QWORD(0) << (first % 64);
+    if (word == last / 64) bits &= ~QWORD(0) >> (63 - last % 64);
+    for (; bits != 0; bits &= bits - 1) {
+      if (visit(DWORD(word * 64 + size_t(__builtin_ctzll(bits)) + 1))) return true;
+    }
+  }
+  return false;
+}
 
 // One grammar section: an ordered map from key to list, kept as entries sorted by plain
 // byte-wise key comparison. Its entries are a run of the database's one entry table, so
@@ -121,18 +167,23 @@ class PGMDEV_DDB_GRAMMAR_SECTION {
     m_text = text;
     m_first = table.size();
     m_size = 0;
+    m_in_text_order = true;
   }
   void add_entry(const PGMDEV_DDB_GRAMMAR_ENTRY& entry) {
     m_table->push_back(entry);
     ++m_size;
   }
   void sort_entries();
+  // Whether the entries' keys and lists follow one another in the text in key order, as
+  // they do unless sort_entries() had to put them there.
+  bool in_text_order() const { return m_in_text_order; }
 
  protected:
   PGMDEV_DDB_GRAMMAR_ENTRIES* m_table = nullptr;  // null until the parser starts the section
   const char* m_text = nullptr;
   size_t m_first = 0;
   size_t m_size = 0;
+  bool m_in_text_order = true;
 };
 
 // The eight grammar sections over one copy of the blob's text. Read-only once parsed; the
@@ -152,9 +203,10 @@ class PGMDEV_DDB_GRAMMAR_DB {
   std::vector<std::string_view> find_keys_of(DWORD section,
                                              const std::vector<std::string>& names) const;
 
-  // Takes a whole decompressed blob as the text the sections point into, and puts the
-  // slack behind it.
+  // Takes a whole decompressed blob as the text the sections point into, puts the slack
+  // behind it and maps its zero bytes.
   const BYTE* adopt_text(std::vector<BYTE>&& text);
+  const PGMDEV_DDB_GRAMMAR_ZEROS& zeros() const { return m_zeros; }
   // The table every section's entries live in (the parser reserves and fills it).
   PGMDEV_DDB_GRAMMAR_ENTRIES& entry_table() { return m_entries; }
 
@@ -163,13 +215,23 @@ class PGMDEV_DDB_GRAMMAR_DB {
 
   void build_reverse_index(DWORD section) const;
   std::string_view walk_key_of(DWORD section, std::string_view name) const;
+  std::string_view scan_key_of(DWORD section, std::string_view name) const;
 
   std::vector<BYTE> m_text;
+  PGMDEV_DDB_GRAMMAR_ZEROS m_zeros;
   PGMDEV_DDB_GRAMMAR_ENTRIES m_entries;
   std::array<PGMDEV_DDB_GRAMMAR_SECTION, PGMDEV_DDB_GRAMMAR_SECTIONS> m_sections;
   mutable std::array<std::atomic<unsigned>, PGMDEV_DDB_GRAMMAR_SECTIONS> m_walks{};
   mutable std::array<std::once_flag, PGMDEV_DDB_GRAMMAR_SECTIONS> m_index_once;
   mutable std::array<REVERSE_INDEX, PGMDEV_DDB_GRAMMAR_SECTIONS> m_reverse_index;
+  // The last walk's question and answer of each section.
+  struct LAST_ANSWER {
+    std::mutex mutex;
+    std::string name;
+    std::string_view key;
+    bool valid = false;
+  };
+  mutable std::array<LAST_ANSWER, PGMDEV_DDB_GRAMMAR_SECTIONS> m_last_answers;
 };
 
 // The OPN slot table: slot number = OPN enumeration, value = part enumeration (0 unassigned).

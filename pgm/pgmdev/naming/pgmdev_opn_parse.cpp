@@ -15,9 +15,22 @@ void parse_opn_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_OPN_DB& db)
   const DWORD enum_count = codec::load_le<DWORD>(data + NAMING_MAGIC_SIZE);
   PGMDEV_CHECK(enum_count > 0, "enum_count > 0", MODULE_DDB_MGR);
   DWORD index = NAMING_MAGIC_SIZE + 4;
-  // Every number takes at least one byte, so a count beyond the payload cannot be honest.
-  db.m_slots.reserve(std::min<DWORD>(enum_count, limit - index));
+  // Every number takes at least one byte, so a count beyond the payload cannot be honest and
+  // fails before its slots run out: each number is written straight into its slot.
+  const size_t first = db.m_slots.size();
+  db.m_slots.resize(first + std::min<DWORD>(enum_count, limit - index));
+  DWORD* const slots = db.m_slots.data() + first;
   for (DWORD i = 0; i < enum_count; ++i) {
+    // Nearly every number takes one or two bytes, all before the limit: no check can fail.
+    if (index + 1 < limit && (data[index] & 0x80) == 0) {
+      slots[i] = data[index++];
+      continue;
+    }
+    if (index + 2 < limit && (data[index + 1] & 0x80) == 0) {
+      slots[i] = DWORD(data[index] & 0x7F) | DWORD(data[index + 1]) << 7;
+      index += 2;
+      continue;
+    }
     NAMING_VARINT number;
     bool more = true;
     while (more) {
@@ -27,7 +40,7 @@ void parse_opn_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_OPN_DB& db)
     PGMDEV_CHECK(number.shift <= NAMING_VARINT_MAX_SHIFT, "shift <= 35", MODULE_DDB_MGR);
     PGMDEV_CHECK(number.value <= QWORD(0xFFFFFFFF), "dev_enum <= QWORD(0xFFFFFFFF)",
                  MODULE_DDB_MGR);
-    db.m_slots.push_back(DWORD(number.value));
+    slots[i] = DWORD(number.value);
   }
   PGMDEV_CHECK(index == limit, "index == (data_size - 4)", MODULE_DDB_MGR);
 }
