@@ -290,6 +290,13 @@ void bind_errors(py::module_& m) {
       PyErr_SetString(PyExc_FileNotFoundError, error.what());
     } catch (const cli::CliError& error) {
       PyErr_SetString(PyExc_ValueError, sentence(error).c_str());
+    } catch (const std::out_of_range& error) {
+      // Thrown by the library without a report (a short line of the parts list): the place it
+      // stood is still known, and the tool's sentence names it.
+      const cli::CONTEXT where = MSG_CONTEXT::unwound();
+      if (where.empty()) throw;
+      PyErr_SetString(PyExc_ValueError,
+                      cli::describe_library_failure(error.what(), "", 0, where).message.c_str());
     }
   });
 }

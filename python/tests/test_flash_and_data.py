@@ -225,6 +225,12 @@ def test_a_broken_table_is_a_value_error_as_the_tool_reports_it(tmp_path):
     flash.write_text("".join(rows))
     with pytest.raises(ValueError, match="has a bad value at row"):
         pgmdev.generate_flash(str(flash), str(tmp_path / "f.pcf"))
+    # A parts list line short of a part's 7 cells: its row and cells, not a subscript error.
+    (tmp_path / "inst" / "h").mkdir(parents=True)
+    parts = open(os.path.join(SOURCE_DIR, "data", "pgm_parts.txt"), encoding="utf-8").readlines()
+    (tmp_path / "inst" / "h" / "pgm_parts.txt").write_text("".join(parts[:3]) + "ZQ160 ZQ160 M8\n")
+    with pytest.raises(ValueError, match="has a line of 3 cells at row 4, fewer than the 7"):
+        pgmdev.generate_device_info(source, str(tmp_path / "d.pcf"), str(tmp_path / "inst"))
 
 
 def test_library_warnings_are_runtime_warnings(monkeypatch, user_folder):
