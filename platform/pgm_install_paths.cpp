@@ -1,7 +1,9 @@
 // Where the installation's databases and the library module live.
 #include <dlfcn.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <memory>
 
 #include "pgm_cfg.h"
 #include "pgm_fio.h"
@@ -20,9 +22,13 @@ std::string find_module_folder() {
       info.dli_fname == nullptr) {
     return fs::current_path().string();
   }
+  // libc's realpath resolves the links in one call, for a fraction of what fs::canonical
+  // costs at every start.
+  std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(info.dli_fname, nullptr),
+                                                       &std::free);
   std::error_code error;
-  fs::path file = fs::canonical(fs::path(info.dli_fname), error);
-  if (error) file = fs::absolute(fs::path(info.dli_fname), error);
+  const fs::path file =
+      resolved ? fs::path(resolved.get()) : fs::absolute(fs::path(info.dli_fname), error);
   return file.parent_path().string();
 }
 
@@ -37,8 +43,10 @@ std::string find_default_share_folder() {
   const fs::path module = module_folder();
   for (const char* relative : {PGMDEV_SHARE_FROM_LIBDIR, PGMDEV_SHARE_FROM_BINDIR}) {
     std::error_code error;
-    const fs::path candidate = (module / relative).lexically_normal();
-    if (fs::is_directory(candidate / "programmer", error)) return candidate.string();
+    const fs::path candidate = module / relative;
+    if (fs::is_directory(candidate / "programmer", error)) {
+      return candidate.lexically_normal().string();
+    }
   }
   return PGMDEV_BUILD_SHARE_DIR;
 }

@@ -17,48 +17,52 @@ struct Location {
   std::string path;
 };
 
+// The answer is built as JSON only when JSON is asked for: the readable form, the common
+// case, prints the same keys from the same values without it.
 void show_info(const Options& options) {
   const std::string db_dir = gen_get_device_db_fullpath();
-  const std::vector<Location> files = {
+  const Location files[] = {
       {"device information file", db_dir + PGMDEV_DEV_INFO_MANAGER::DATABASE_FILE},
       {"flash database file", db_dir + PGMDEV_FLASH_MANAGER::DATABASE_FILE},
       {"parts list", gen_get_korvel_path() + "/h/pgm_parts.txt"},
       {"flash INI data file", gen_get_module_path() + "/pgm_flash.ini"},
   };
+  const DWORD version_index = ver_get_current_version_index_number();
   const std::string config_file = cfg_get_value("PGMDEV_CONFIG_FILE");
   const std::string config_problem = cfg_file_problem();
-  nlohmann::ordered_json document = {
-      {"version", ver_get_version()},
-      {"version_index", ver_get_current_version_index_number()},
-      {"device_db_dir", db_dir},
-      {"install_dir", gen_get_korvel_path()},
-      {"module_dir", gen_get_module_path()},
-      {"config_file", config_file},
-      {"config_file_problem", config_problem},
-  };
-  Table table({"name", "path", "exists"});
-  nlohmann::ordered_json listed = nlohmann::ordered_json::array();
-  for (const Location& file : files) {
-    listed.push_back({{"name", file.name},
-                      {"path", file.path},
-                      {"exists", FIO_FILE_SYSTEM::exists(file.path.c_str())}});
-    table.add_json_row(listed.back());
-  }
+  // In the JSON answer's order; version_index is a number there and hexadecimal here.
+  const Fields values = {{"version", ver_get_version()},
+                         {"version_index", hex_text(version_index)},
+                         {"device_db_dir", db_dir},
+                         {"install_dir", gen_get_korvel_path()},
+                         {"module_dir", gen_get_module_path()},
+                         {"config_file", config_file}};
   if (options.json) {
-    document["files"] = listed;
+    nlohmann::ordered_json document;
+    for (const auto& [key, value] : values) document[key] = value;
+    document["version_index"] = version_index;
+    document["config_file_problem"] = config_problem;
+    nlohmann::ordered_json& listed = document["files"] = nlohmann::ordered_json::array();
+    for (const Location& file : files) {
+      listed.push_back({{"name", file.name},
+                        {"path", file.path},
+                        {"exists", FIO_FILE_SYSTEM::exists(file.path.c_str())}});
+    }
     print_json(std::cout, document);
     return;
   }
-  // The same keys as the JSON answer; its files as a table below.
-  Fields fields;
-  for (const auto& [key, value] : document.items()) fields.emplace_back(key, cell_text(value));
-  fields[1].second = hex_text(document["version_index"].get<DWORD>());
-  // The readable form says a problem beside the file, as "(missing)" beside a data file.
-  if (config_file.empty()) fields[5].second = "(none)";
-  if (!config_problem.empty()) fields[5].second += "  (" + config_problem + ")";
-  fields.pop_back();
+  Fields fields = values;
+  // A problem stands beside the file, as "(missing)" beside a data file.
+  std::string& shown = fields.back().second;
+  if (shown.empty()) shown = "(none)";
+  if (!config_problem.empty()) shown += "  (" + config_problem + ")";
   print_fields(std::cout, fields);
   std::cout << '\n';
+  Table table({"name", "path", "exists"});
+  for (const Location& file : files) {
+    table.add_row(
+        {file.name, file.path, FIO_FILE_SYSTEM::exists(file.path.c_str()) ? "yes" : "no"});
+  }
   table.print(std::cout);
 }
 
