@@ -110,26 +110,20 @@ void list_flash(const Options& options, const FlashFilter& filter) {
   nlohmann::ordered_json document = nlohmann::ordered_json::array();
   Table table({"number", "manufacturer_name", "device_name", "silicon_id", "default_dev", "ini",
                "device_bit_size", "device_sector_byte", "id", "gate"});
-  for (DWORD i : filtered_records(*manager, filter)) {
-    const PGMDEV_SFL_FLASH_INFO& r = records[i];
-    nlohmann::ordered_json entry = {{"number", i + 1}};
+  // One row of the answer: the record's number (none for a record its switch keeps out, which
+  // cannot be mapped), its columns, its identifier and its gate.
+  const auto add = [&](nlohmann::ordered_json number, const PGMDEV_SFL_FLASH_INFO& r) {
+    nlohmann::ordered_json entry = {{"number", std::move(number)}};
     entry.update(flash_record_json(r));
     entry["id"] = flash_id_text(r);
     entry["gate"] = gate_text(r);
     entry = columns_first(table.headers(), entry);
     table.add_json_row(entry);
     document.push_back(std::move(entry));
-  }
-  // Records their switch keeps out have no number: they cannot be mapped.
+  };
+  for (DWORD i : filtered_records(*manager, filter)) add(i + 1, records[i]);
   for (const PGMDEV_SFL_FLASH_INFO& r : manager->get_gated_flash_database()) {
-    if (!filter.all || !passes(r, filter)) continue;
-    nlohmann::ordered_json entry = {{"number", nullptr}};
-    entry.update(flash_record_json(r));
-    entry["id"] = flash_id_text(r);
-    entry["gate"] = gate_text(r);
-    entry = columns_first(table.headers(), entry);
-    table.add_json_row(entry);
-    document.push_back(std::move(entry));
+    if (filter.all && passes(r, filter)) add(nullptr, r);
   }
   if (options.json) {
     print_json(std::cout, document);
