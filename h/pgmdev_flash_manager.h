@@ -56,6 +56,53 @@ struct PGMDEV_API PGMDEV_SFL_FLASH_INFO {
   std::string asc_voltage;
 };
 
+// The columns of a flash record, in file order: calls visit(name, member) for each, with
+// `member` a pointer to the PGMDEV_SFL_FLASH_INFO member that holds it (std::string, bool,
+// BYTE or DWORD). The one list of the columns: reading, writing, printing and the tool's
+// answers all walk it, so a new column is added here and in the struct.
+template <class VISITOR>
+void pgmdev_visit_flash_columns(VISITOR&& visit) {
+  visit("manufacturer_name", &PGMDEV_SFL_FLASH_INFO::manufacturer_name);
+  visit("device_name", &PGMDEV_SFL_FLASH_INFO::device_name);
+  visit("silicon_id", &PGMDEV_SFL_FLASH_INFO::silicon_id);
+  visit("memory_id", &PGMDEV_SFL_FLASH_INFO::memory_id);
+  visit("memory_id_index", &PGMDEV_SFL_FLASH_INFO::memory_id_index);
+  visit("memory_type", &PGMDEV_SFL_FLASH_INFO::memory_type);
+  visit("memory_type_index", &PGMDEV_SFL_FLASH_INFO::memory_type_index);
+  visit("mfc_id", &PGMDEV_SFL_FLASH_INFO::mfc_id);
+  visit("mfc_id_index", &PGMDEV_SFL_FLASH_INFO::mfc_id_index);
+  visit("marlo_id", &PGMDEV_SFL_FLASH_INFO::marlo_id);
+  visit("default_dev", &PGMDEV_SFL_FLASH_INFO::default_dev);
+  visit("ini", &PGMDEV_SFL_FLASH_INFO::ini);
+  visit("extended_mode", &PGMDEV_SFL_FLASH_INFO::extended_mode);
+  visit("micron_flow", &PGMDEV_SFL_FLASH_INFO::micron_flow);
+  visit("spansion_flow", &PGMDEV_SFL_FLASH_INFO::spansion_flow);
+  visit("startup_protected", &PGMDEV_SFL_FLASH_INFO::startup_protected);
+  visit("aai_mode", &PGMDEV_SFL_FLASH_INFO::aai_mode);
+  visit("flag_status", &PGMDEV_SFL_FLASH_INFO::flag_status);
+  visit("die_count", &PGMDEV_SFL_FLASH_INFO::die_count);
+  visit("device_bit_size", &PGMDEV_SFL_FLASH_INFO::device_bit_size);
+  visit("device_sector_byte", &PGMDEV_SFL_FLASH_INFO::device_sector_byte);
+  visit("half_size", &PGMDEV_SFL_FLASH_INFO::half_size);
+  visit("byte4_addressing", &PGMDEV_SFL_FLASH_INFO::byte4_addressing);
+  visit("bulk_erase_time", &PGMDEV_SFL_FLASH_INFO::bulk_erase_time);
+  visit("sec_erase_time", &PGMDEV_SFL_FLASH_INFO::sec_erase_time);
+  visit("program_utime", &PGMDEV_SFL_FLASH_INFO::program_utime);
+  visit("protection_mask", &PGMDEV_SFL_FLASH_INFO::protection_mask);
+  visit("protection_value", &PGMDEV_SFL_FLASH_INFO::protection_value);
+  visit("unprotect_value", &PGMDEV_SFL_FLASH_INFO::unprotect_value);
+  visit("protection_division", &PGMDEV_SFL_FLASH_INFO::protection_division);
+  visit("bottom_value", &PGMDEV_SFL_FLASH_INFO::bottom_value);
+  visit("sdm_support", &PGMDEV_SFL_FLASH_INFO::sdm_support);
+  visit("asc_voltage", &PGMDEV_SFL_FLASH_INFO::asc_voltage);
+}
+
+// Calls visit(name, field) for every column of `info` in file order; `info` may be const.
+template <class RECORD, class VISITOR>
+void pgmdev_visit_flash_info(RECORD& info, VISITOR&& visit) {
+  pgmdev_visit_flash_columns([&](const char* name, auto member) { visit(name, info.*member); });
+}
+
 // Why no loaded record answers an identifier read-out: the file's records that would answer it
 // but stay out until their switch is on, a chip left out of the table on purpose, and who the
 // manufacturer byte names.

@@ -6,39 +6,10 @@
 namespace pgmdev::cli {
 
 nlohmann::ordered_json flash_record_json(const PGMDEV_SFL_FLASH_INFO& r) {
-  return {{"manufacturer_name", r.manufacturer_name},
-          {"device_name", r.device_name},
-          {"silicon_id", r.silicon_id},
-          {"memory_id", r.memory_id},
-          {"memory_id_index", r.memory_id_index},
-          {"memory_type", r.memory_type},
-          {"memory_type_index", r.memory_type_index},
-          {"mfc_id", r.mfc_id},
-          {"mfc_id_index", r.mfc_id_index},
-          {"marlo_id", r.marlo_id},
-          {"default_dev", r.default_dev},
-          {"ini", r.ini},
-          {"extended_mode", r.extended_mode},
-          {"micron_flow", r.micron_flow},
-          {"spansion_flow", r.spansion_flow},
-          {"startup_protected", r.startup_protected},
-          {"aai_mode", r.aai_mode},
-          {"flag_status", r.flag_status},
-          {"die_count", r.die_count},
-          {"device_bit_size", r.device_bit_size},
-          {"device_sector_byte", r.device_sector_byte},
-          {"half_size", r.half_size},
-          {"byte4_addressing", r.byte4_addressing},
-          {"bulk_erase_time", r.bulk_erase_time},
-          {"sec_erase_time", r.sec_erase_time},
-          {"program_utime", r.program_utime},
-          {"protection_mask", r.protection_mask},
-          {"protection_value", r.protection_value},
-          {"unprotect_value", r.unprotect_value},
-          {"protection_division", r.protection_division},
-          {"bottom_value", r.bottom_value},
-          {"sdm_support", r.sdm_support},
-          {"asc_voltage", r.asc_voltage}};
+  nlohmann::ordered_json record = nlohmann::ordered_json::object();
+  pgmdev_visit_flash_info(r,
+                          [&record](const char* name, const auto& field) { record[name] = field; });
+  return record;
 }
 
 Fields flash_record_fields(const PGMDEV_SFL_FLASH_INFO& record) {
