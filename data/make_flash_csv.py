@@ -22,43 +22,65 @@ FACTS = os.path.join(HERE, "flash_chips.tsv")
 SFDP_MAXIMA = os.path.join(HERE, "flash_sfdp_maxima.tsv")
 OUTPUT = os.path.join(HERE, "pgm_flash.csv")
 
-COLUMNS = [
-    ("STL_STRING", "manufacturer_name"), ("STL_STRING", "device_name"), ("bool", "silicon_id"),
-    ("BYTE", "memory_id"), ("BYTE", "memory_id_index"), ("BYTE", "memory_type"),
-    ("BYTE", "memory_type_index"), ("BYTE", "mfc_id"), ("BYTE", "mfc_id_index"),
-    ("BYTE", "marlo_id"), ("bool", "default_dev"), ("STL_STRING", "ini"),
-    ("bool", "extended_mode"), ("bool", "micron_flow"), ("bool", "spansion_flow"),
-    ("bool", "startup_protected"), ("bool", "aai_mode"), ("bool", "flag_status"),
-    ("BYTE", "die_count"), ("DWORD", "device_bit_size"), ("DWORD", "device_sector_byte"),
-    ("bool", "half_size"), ("bool", "byte4_addressing"), ("DWORD", "bulk_erase_time"),
-    ("DWORD", "sec_erase_time"), ("DWORD", "program_utime"), ("BYTE", "protection_mask"),
-    ("BYTE", "protection_value"), ("BYTE", "unprotect_value"), ("BYTE", "protection_division"),
-    ("BYTE", "bottom_value"), ("bool", "sdm_support"), ("STL_STRING", "asc_voltage"),
-]
+HEADER = os.path.join(HERE, "..", "h", "pgmdev_flash_manager.h")
 
-# Line 4: the unit or form of each column.
-UNITS = [
-    "text", "text", "flag", "hex_byte", "position", "hex_byte", "position_or_FF", "hex_byte",
-    "position", "type_code", "flag", "NONE_or_switch_word", "flag", "flag", "flag", "flag",
-    "flag", "flag", "count", "bits", "bytes", "flag", "flag", "seconds", "seconds",
-    "microseconds", "status_bits", "status_bits", "status_bits", "log2_or_FF", "bit_mask_or_0",
-    "flag", "volts",
-]
-# Line 5: where each column comes from (facts column, or the rule named in the notes).
-SOURCES = [
-    "vendor", "part", "never", "cap_byte", "fixed_2", "mem_type", "fixed_1", "mfr_id",
-    "fixed_0", "32_commodity_flash", "one_record_per_name", "gate_rule", "bank_register_rule",
-    "Micron_rule", "Spansion_S/P/L_rule", "BPR_rule", "AAI_rule", "Micron_rule", "dies",
-    "capacity_Mbit", "erase_sector_KB", "never", "needs_4B_addr", "erase_estimate",
-    "sector_estimate", "program_estimate", "SR1_BP_mask", "SR1_BP_mask", "zero",
-    "division_rule", "TB_bit", "1.8V_rule", "voltage",
-]
-# Line 6: the value used where the facts are unknown.
-UNKNOWN = [
-    "-", "-", "FALSE", "-", "-", "-", "-", "-", "-", "32", "TRUE", "NONE", "FALSE", "FALSE",
-    "FALSE", "FALSE", "FALSE", "FALSE", "1", "-", "-", "FALSE", "-", "2s_per_Mbit_min_30s",
-    "3s_per_64KB", "5000", "0x00", "0x00", "0x00", "0xFF", "0x00", "FALSE", "-",
-]
+
+def record_columns():
+    """The record's columns in file order with their source-table types, read from the one
+    place they are written: the column list and the struct of h/pgmdev_flash_manager.h."""
+    with open(HEADER, encoding="utf-8") as file:
+        header = file.read()
+    struct = header[header.index("struct PGMDEV_API PGMDEV_SFL_FLASH_INFO"):]
+    struct = struct[:struct.index("};")]
+    types = {member: kind for kind, member in
+             re.findall(r"^\s*(std::string|bool|BYTE|DWORD) (\w+)", struct, re.M)}
+    words = {"std::string": "STL_STRING", "bool": "bool", "BYTE": "BYTE", "DWORD": "DWORD"}
+    return [(words[types[member]], name) for name, member in
+            re.findall(r'visit\("(\w+)", &PGMDEV_SFL_FLASH_INFO::(\w+)\)', header)]
+
+
+COLUMNS = record_columns()
+
+# Lines 4 to 6 of each column: its unit or form, where it comes from (a facts column, or the
+# rule named in the notes), and the value used where the facts are unknown.
+COLUMN_NOTES = {
+    "manufacturer_name": ("text", "vendor", "-"),
+    "device_name": ("text", "part", "-"),
+    "silicon_id": ("flag", "never", "FALSE"),
+    "memory_id": ("hex_byte", "cap_byte", "-"),
+    "memory_id_index": ("position", "fixed_2", "-"),
+    "memory_type": ("hex_byte", "mem_type", "-"),
+    "memory_type_index": ("position_or_FF", "fixed_1", "-"),
+    "mfc_id": ("hex_byte", "mfr_id", "-"),
+    "mfc_id_index": ("position", "fixed_0", "-"),
+    "marlo_id": ("type_code", "32_commodity_flash", "32"),
+    "default_dev": ("flag", "one_record_per_name", "TRUE"),
+    "ini": ("NONE_or_switch_word", "gate_rule", "NONE"),
+    "extended_mode": ("flag", "bank_register_rule", "FALSE"),
+    "micron_flow": ("flag", "Micron_rule", "FALSE"),
+    "spansion_flow": ("flag", "Spansion_S/P/L_rule", "FALSE"),
+    "startup_protected": ("flag", "BPR_rule", "FALSE"),
+    "aai_mode": ("flag", "AAI_rule", "FALSE"),
+    "flag_status": ("flag", "Micron_rule", "FALSE"),
+    "die_count": ("count", "dies", "1"),
+    "device_bit_size": ("bits", "capacity_Mbit", "-"),
+    "device_sector_byte": ("bytes", "erase_sector_KB", "-"),
+    "half_size": ("flag", "never", "FALSE"),
+    "byte4_addressing": ("flag", "needs_4B_addr", "-"),
+    "bulk_erase_time": ("seconds", "erase_estimate", "2s_per_Mbit_min_30s"),
+    "sec_erase_time": ("seconds", "sector_estimate", "3s_per_64KB"),
+    "program_utime": ("microseconds", "program_estimate", "5000"),
+    "protection_mask": ("status_bits", "SR1_BP_mask", "0x00"),
+    "protection_value": ("status_bits", "SR1_BP_mask", "0x00"),
+    "unprotect_value": ("status_bits", "zero", "0x00"),
+    "protection_division": ("log2_or_FF", "division_rule", "0xFF"),
+    "bottom_value": ("bit_mask_or_0", "TB_bit", "0x00"),
+    "sdm_support": ("flag", "1.8V_rule", "FALSE"),
+    "asc_voltage": ("volts", "voltage", "-"),
+}
+assert [name for _, name in COLUMNS] == list(COLUMN_NOTES), "the notes name every column in order"
+UNITS, SOURCES, UNKNOWN = ([notes[i] for notes in COLUMN_NOTES.values()] for i in range(3))
+
 NOTES_BEFORE = [
     "# Serial flash records of the programmer. Generated by data/make_flash_csv.py from "
     "data/flash_chips.tsv: edit those, then run the script.",
@@ -332,8 +354,6 @@ def build():
         cells = [cell(kind, record[name]) for kind, name in COLUMNS]
         assert all(c and " " not in c and "," not in c for c in cells), cells
         lines.append(",".join(cells))
-    for row in (UNITS, SOURCES, UNKNOWN):
-        assert len(row) == len(COLUMNS)
     return "\n".join(lines) + "\n"
 
 
