@@ -4,7 +4,6 @@
 #include <map>
 #include <random>
 #include <sstream>
-#include <tuple>
 
 #include "flash/pgmdev_flash_user_rule.h"
 #include "flash_test_support.h"
@@ -94,18 +93,6 @@ TEST_F(FlashUserDefinition, MalformedValuesAreRefused) {
                                                   PROBE::gen_ini_password(second) + ";")));
 }
 
-TEST_F(FlashUserDefinition, FieldLimits) {
-  const std::vector<std::tuple<size_t, std::string, bool>> limits = {
-      {2, "Y", false},        {2, "10", false},      {3, "-1", false},   {3, "0", false},
-      {6, "255", true},       {6, "2", false},       {9, "19", false},   {9, "20", true},
-      {19, "1000000", false}, {19, "1048576", true}, {25, "999", false}, {25, "1000", true},
-      {23, "901", false},     {29, "32", false},     {29, "31", true},   {29, "255", true}};
-  for (const auto& [field, value, accepted] : limits) {
-    EXPECT_EQ(loads_user_record(sealed(fields_text(field, value))), accepted)
-        << "field " << field << " = " << value;
-  }
-}
-
 // The fields text with several fields changed (field number -> value).
 std::string fields_with(const std::map<size_t, std::string>& changes) {
   std::vector<std::string> fields = QTL_TOKENIZER::split(fields_text().substr(1), "@");
@@ -114,7 +101,7 @@ std::string fields_with(const std::map<size_t, std::string>& changes) {
   return "@" + joined(fields, '@') + "@";
 }
 
-TEST_F(FlashUserDefinition, EveryRangeOfTheValidityCheck) {
+TEST_F(FlashUserDefinition, EveryRangeOfTheValidityCheckAndEveryFieldType) {
   // Field numbers: 3 memory_id, 4 its position, 6 memory type position, 8 manufacturer
   // position (2, 1 and 0 here), 18 die_count, 19 bits, 20 sector bytes, 23 bulk erase,
   // 24 sector erase, 25 program time.
@@ -150,6 +137,20 @@ TEST_F(FlashUserDefinition, EveryRangeOfTheValidityCheck) {
       {{{9, "16"}}, true},
       {{{9, "33"}}, false},
       {{{30, "255"}}, true},  // bottom value is not checked
+      // Field types and the edges of each range.
+      {{{2, "Y"}}, false},
+      {{{2, "10"}}, false},
+      {{{3, "-1"}}, false},
+      {{{9, "19"}}, false},
+      {{{9, "20"}}, true},
+      {{{19, "1000000"}}, false},
+      {{{19, "1048576"}}, true},
+      {{{25, "999"}}, false},
+      {{{25, "1000"}}, true},
+      {{{23, "901"}}, false},
+      {{{29, "32"}}, false},
+      {{{29, "31"}}, true},
+      {{{29, "255"}}, true},
   };
   for (const auto& [changes, accepted] : cases) {
     std::string label;
