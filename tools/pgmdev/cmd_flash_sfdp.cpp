@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <sstream>
+#include <stdexcept>
 #include <tuple>
 
 #include "flash_define.h"
@@ -250,6 +251,14 @@ class ASK {
     }
   }
 
+  // The plain dialogue's question of `field`, asked the same way.
+  bool yes_no_field(const char* field) { return yes_no(question(field).prompt); }
+  int hex_field(const char* field) {
+    const PGMDEV_FLASH_DEFINITION::QUESTION_TEXT q = question(field);
+    return hex(q.prompt, q.low, q.high, q.minus_one ? -1 : -2);
+  }
+  std::string text_field(const char* field) { return text(question(field).prompt); }
+
   bool yes_no(const char* prompt) {
     for (;;) {
       const std::string answer = line(prompt);
@@ -276,6 +285,14 @@ class ASK {
   }
 
  private:
+  static PGMDEV_FLASH_DEFINITION::QUESTION_TEXT question(const char* field) {
+    PGMDEV_FLASH_DEFINITION::QUESTION_TEXT q;
+    if (!PGMDEV_FLASH_DEFINITION::question_of(field, q)) {
+      throw std::logic_error(std::string("the dialogue has no question for ") + field);
+    }
+    return q;
+  }
+
   std::string line(const char* prompt) {
     return PGMDEV_FLASH_DEFINITION::normalise(ask_line(m_input, prompt));
   }
@@ -283,23 +300,25 @@ class ASK {
   std::istream& m_input;
 };
 
-// The dialogue's questions that the tables cannot answer, with the dialogue's prompts.
+// The dialogue's questions that the tables cannot answer, as the plain dialogue asks them.
 void ask_open_questions(ASK& ask, PGMDEV_SFDP_CHOICES& c) {
-  c.extended_mode = ask.yes_no("Support Extended Mode [Y/N] : ");
-  c.micron_flow = ask.yes_no("Micron flow [Y/N] : ");
-  c.spansion_flow = ask.yes_no("Spansion flow [Y/N] : ");
-  c.startup_protected = ask.yes_no("Protected after power-up [Y/N] : ");
-  c.aai_mode = ask.yes_no("Is AAI mode [Y/N] : ");
-  c.flag_status = ask.yes_no("Read flag status [Y/N] : ");
-  c.die_count = BYTE(ask.hex("Die count [1/2] : ", 1, 2));
-  c.protection_mask = BYTE(ask.hex("Protection Mask (hex) [0 - FF] : ", 0, 0xFF));
-  c.protection_value = BYTE(ask.hex("Protection Value (hex) [0 - FF] : ", 0, 0xFF));
-  c.unprotect_value = BYTE(ask.hex("Unprotect Value (hex) [0 - FF] : ", 0, 0xFF));
+  c.extended_mode = ask.yes_no_field("extended_mode");
+  c.micron_flow = ask.yes_no_field("micron_flow");
+  c.spansion_flow = ask.yes_no_field("spansion_flow");
+  c.startup_protected = ask.yes_no_field("startup_protected");
+  c.aai_mode = ask.yes_no_field("aai_mode");
+  c.flag_status = ask.yes_no_field("flag_status");
+  c.die_count = BYTE(ask.hex_field("die_count"));
+  c.protection_mask = BYTE(ask.hex_field("protection_mask"));
+  c.protection_value = BYTE(ask.hex_field("protection_value"));
+  c.unprotect_value = BYTE(ask.hex_field("unprotect_value"));
+  // A definition read from the chip's tables must load: its divisor stops at the loader's 1F
+  // where the plain dialogue's goes on to 20.
   c.protection_division = BYTE(ask.hex("Protection Divisor (hex) [-1/3 - 1F] : ", 3, 0x1F, 0xFF));
-  const int bottom = ask.hex("Bottom Value (bit location) [-1/0 - 7] : ", 0, 7, -1);
+  const int bottom = ask.hex_field("bottom_value");
   c.bottom_value = BYTE(bottom < 0 ? 0 : 1 << bottom);
-  c.sdm_support = ask.yes_no("SDM Support [Y/N] : ");
-  c.asc_voltage = ask.text("AS Configuration Voltage : ");
+  c.sdm_support = ask.yes_no_field("sdm_support");
+  c.asc_voltage = ask.text_field("asc_voltage");
 }
 
 }  // namespace

@@ -162,6 +162,15 @@ std::string PGMDEV_FLASH_DEFINITION::text_refusal(const std::string& text) {
   return ::text_refusal(normalise(text), true);
 }
 
+bool PGMDEV_FLASH_DEFINITION::question_of(const std::string& field, QUESTION_TEXT& question) {
+  for (const QUESTION& q : QUESTIONS) {
+    if (q.prompt == nullptr || field != q.field) continue;
+    question = {q.prompt, q.low, q.high, q.minus_one};
+    return true;
+  }
+  return false;
+}
+
 bool PGMDEV_FLASH_DEFINITION::is_text() const { return !done() && QUESTIONS[m_next].kind == TEXT; }
 
 bool PGMDEV_FLASH_DEFINITION::is_hex() const { return !done() && QUESTIONS[m_next].kind == HEX; }
