@@ -6,6 +6,7 @@
 
 #include "flash_test_support.h"
 #include "pgmdev_flash_definition.h"
+#include "support.h"
 
 namespace {
 
@@ -40,13 +41,9 @@ TEST(FlashDialogue, AnswersAreTakenAsTheyStand) {
 // The cases of tests/data/flash_dialogue_cases.txt: answers changed from chip_answers(),
 // then whether the dialogue accepts them, with the fields it writes or the text it ends on.
 TEST(FlashDialogue, CasesOfTheTable) {
-  std::ifstream file(PGMDEV_SOURCE_DIR "/tests/data/flash_dialogue_cases.txt");
-  int cases = 0;
-  for (std::string text; std::getline(file, text);) {
-    if (text.empty() || text[0] == '#') continue;
-    std::istringstream line(text);
-    std::vector<std::string> words;
-    for (std::string word; line >> std::quoted(word);) words.push_back(word);
+  const auto cases =
+      pgmdev::test::table_lines(PGMDEV_SOURCE_DIR "/tests/data/flash_dialogue_cases.txt");
+  for (const auto& [text, words] : cases) {
     std::vector<std::string> answers = chip_answers();
     size_t i = 0;
     for (; words.at(i) != "=>"; ++i) {
@@ -69,9 +66,8 @@ TEST(FlashDialogue, CasesOfTheTable) {
       EXPECT_EQ(fields.at(std::stoul(words[i].substr(0, equals))), words[i].substr(equals + 1))
           << text;
     }
-    ++cases;
   }
-  EXPECT_EQ(cases, 55);
+  EXPECT_EQ(cases.size(), 55u);
 }
 
 // The rule a front-end asks through: the same questions, a reason for each refusal, and

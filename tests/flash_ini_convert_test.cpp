@@ -12,6 +12,7 @@
 #include "internal_error_support.h"
 #include "pgmdev_flash_ini.h"
 #include "platform.h"
+#include "support.h"
 
 namespace {
 
@@ -98,15 +99,15 @@ TEST(FlashIniCheckedConversion, CasesOfTheTable) {
       {"STRING", PGMDEV_PARAM_STRING}, {"BOOL", PGMDEV_PARAM_BOOL},
       {"BYTE", PGMDEV_PARAM_BYTE},     {"WORD", PGMDEV_PARAM_WORD},
       {"DWORD", PGMDEV_PARAM_DWORD},   {"QWORD", PGMDEV_PARAM_QWORD}};
-  std::ifstream file(PGMDEV_SOURCE_DIR "/tests/data/flash_ini_conversions.txt");
-  int cases = 0;
-  for (std::string text; std::getline(file, text);) {
-    if (text.empty() || text[0] == '#') continue;
-    std::istringstream line(text);
-    std::string type, number, flags, range_list, hit_list, value, error;
-    DWORD multiple = 0;
-    line >> type >> std::quoted(number) >> flags >> multiple >> range_list >> hit_list >> value >>
-        std::quoted(error);
+  const auto cases =
+      pgmdev::test::table_lines(PGMDEV_SOURCE_DIR "/tests/data/flash_ini_conversions.txt");
+  for (const auto& [text, words] : cases) {
+    // type, number, flags, multiple, ranges, hits, value and the error ("" when it converts)
+    ASSERT_GE(words.size(), 7u) << text;
+    const std::string &type = words[0], &number = words[1], &flags = words[2];
+    const DWORD multiple = DWORD(std::stoul(words[3]));
+    const std::string &range_list = words[4], &hit_list = words[5], &value = words[6];
+    const std::string error = words.size() > 7 ? words[7] : "";
     const std::vector<DWORD> ranges = list_of(range_list), hits = list_of(hit_list);
     const CHECKED r =
         checked(types.count(type) ? types.at(type) : PGMDEV_PARAM_TYPE(std::stoul(type)), number,
@@ -118,9 +119,8 @@ TEST(FlashIniCheckedConversion, CasesOfTheTable) {
     if (value != "-") {
       EXPECT_EQ(r.value, std::stoull(value, nullptr, 0)) << text;
     }
-    ++cases;
   }
-  EXPECT_EQ(cases, 41);
+  EXPECT_EQ(cases.size(), 41u);
   EXPECT_EQ(internal_error_of(
                 [] { checked(PGMDEV_PARAM_DWORD, "1", false, false, nullptr, nullptr, false, 0); }),
             "multiple != 0");

@@ -14,6 +14,7 @@
 #include "pgm_cfg.h"
 #include "pgmdev_ddb_mgr.h"
 #include "pgmdev_mgr.h"
+#include "support.h"
 
 namespace {
 
@@ -47,17 +48,14 @@ std::string answer(const std::string& call, const std::string& name) {
 }
 
 TEST_F(NamingGrammar, AnswersOfTheTable) {
-  std::ifstream file(PGMDEV_SOURCE_DIR "/tests/data/grammar_answers.txt");
-  int answers = 0;
-  for (std::string text; std::getline(file, text);) {
-    if (text.empty() || text[0] == '#') continue;
-    std::istringstream line(text);
-    std::string call, name, expected;
-    line >> call >> std::quoted(name) >> std::quoted(expected);
-    EXPECT_EQ(answer(call, name), expected) << text;
-    ++answers;
+  const auto answers =
+      pgmdev::test::table_lines(PGMDEV_SOURCE_DIR "/tests/data/grammar_answers.txt");
+  for (const auto& [text, words] : answers) {
+    // call, name, expected answer
+    ASSERT_EQ(words.size(), 3u) << text;
+    EXPECT_EQ(answer(words[0], words[1]), words[2]) << text;
   }
-  EXPECT_EQ(answers, 30);
+  EXPECT_EQ(answers.size(), 30u);
 }
 
 // Makes a crafted grammar the process-wide one; the embedded one comes back after the test.

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iomanip>
 #include <iterator>
 #include <sstream>
 #include <string>
@@ -30,6 +31,27 @@ inline std::vector<BYTE> read_bytes(const std::filesystem::path& path) {
 inline void write_bytes(const std::filesystem::path& path, const std::vector<BYTE>& bytes) {
   std::ofstream(path, std::ios::binary | std::ios::trunc)
       .write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+}
+
+// One line of a case table under tests/data, as text (for messages) and as its words; a word
+// in double quotes may hold spaces or be empty.
+struct TableLine {
+  std::string text;
+  std::vector<std::string> words;
+};
+
+// The lines of a case table, blank lines and "#" comments left out.
+inline std::vector<TableLine> table_lines(const std::filesystem::path& path) {
+  std::ifstream file(path);
+  std::vector<TableLine> lines;
+  for (std::string text; std::getline(file, text);) {
+    if (text.empty() || text[0] == '#') continue;
+    std::istringstream line(text);
+    std::vector<std::string> words;
+    for (std::string word; line >> std::quoted(word);) words.push_back(word);
+    lines.push_back({text, words});
+  }
+  return lines;
 }
 
 // A folder of the test's own, removed with everything in it when the object goes.
