@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "pgm_cfg.h"
-#include "pgm_zlib.h"
 #include "naming/pgmddb_naming_data.h"
-#include "pgmdev_ddb_mgr.h"
 #include "naming/pgmdev_grammar_lookup.h"
-#include "pgmdev_mgr.h"
 #include "naming/pgmdev_naming_codec.h"
 #include "naming/pgmdev_naming_db.h"
+#include "pgm_cfg.h"
+#include "pgm_zlib.h"
+#include "pgmdev_ddb_mgr.h"
+#include "pgmdev_mgr.h"
 
 namespace {
 
@@ -79,7 +79,7 @@ void BM_GrammarParse(benchmark::State& state) {
   for (auto _ : state) {
     state.PauseTiming();
     // With room for the slack, as an inflated blob has, so no reallocation is timed.
-    std::vector<BYTE> copy;
+    PGMDEV_DDB_NAMING_TEXT copy;
     copy.reserve(blob.size() + PGMDEV_DDB_GRAMMAR_TEXT_SLACK);
     copy.assign(blob.begin(), blob.end());
     state.ResumeTiming();

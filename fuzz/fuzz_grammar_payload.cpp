@@ -1,5 +1,6 @@
 // Fuzz target: the grammar blob's payload parser, behind a valid magic and CRC trailer, and
-// the blob door itself (inflate, length, magic, trailer).
+// the blob door itself (inflate, length, magic, trailer) as the shipped blob goes through it:
+// indexed as the packer lays blobs out, or parsed in full when it is not laid out so.
 #include <algorithm>
 
 #include "fuzz_naming.h"
@@ -49,5 +50,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       [](const BYTE* blob, DWORD blob_size, PGMDEV_DDB_GRAMMAR_DB& db) {
         pgmdev::parse_grammar_payload(blob, blob_size, db);
       },
-      pgmdev::open_grammar_db, look_up);
+      [](const BYTE* compressed, DWORD compressed_size, DWORD size) {
+        return pgmdev::open_grammar_db(compressed, compressed_size, size,
+                                       pgmdev::GRAMMAR_ORIGIN::PACKER);
+      },
+      look_up);
 }

@@ -3,8 +3,8 @@
 
 #include <cstdio>
 
-#include "pgm_cfg.h"
 #include "naming/pgmdev_grammar_lookup.h"
+#include "pgm_cfg.h"
 
 using pgmdev::grammar_lookup_reverse;
 

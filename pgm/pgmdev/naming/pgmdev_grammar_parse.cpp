@@ -73,6 +73,59 @@ size_t strings_to_entry_end(const std::vector<QWORD>& zeros, DWORD from, DWORD l
   return count;
 }
 
+// The bits set in `bits`, without the instruction a baseline x86-64 lacks.
+inline DWORD count_bits(QWORD bits) {
+  bits -= (bits >> 1) & 0x5555555555555555ull;
+  bits = (bits & 0x3333333333333333ull) + ((bits >> 2) & 0x3333333333333333ull);
+  bits = (bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0Full;
+  return DWORD((bits * 0x0101010101010101ull) >> 56);
+}
+
+// Steps through the zero bytes of the text in order, a word of the map at a time. The map
+// always holds a zero past the text, so next() finds one.
+class ZERO_CURSOR {
+ public:
+  ZERO_CURSOR(const std::vector<QWORD>& words, DWORD from)
+      : m_words(words.data()),
+        m_word(from / 64),
+        m_bits(words[from / 64] & (~QWORD(0) << (from % 64))) {}
+
+  DWORD next() {
+    while (m_bits == 0) m_bits = m_words[++m_word];
+    const DWORD zero = DWORD(m_word * 64 + size_t(__builtin_ctzll(m_bits)));
+    m_bits &= m_bits - 1;
+    return zero;
+  }
+
+  // Steps over an entry's list whose key's zero, just stepped over, is `key_end`, and over
+  // the entry's closing zero (the first zero right after another): returns that zero, or
+  // `limit` when none lies below `limit`; `strings` is how many zeros lie between the two.
+  DWORD close_list(DWORD key_end, DWORD limit, DWORD& strings) {
+    QWORD bits = m_bits | QWORD(1) << (key_end % 64);  // the key's zero starts a pair too
+    QWORD carry = 0;  // bit 0 set when the previous word's last byte was zero
+    DWORD zeros = 0;  // the key's zero included
+    for (;;) {
+      const QWORD pairs = bits & ((bits << 1) | carry);
+      if (pairs != 0) {
+        const QWORD closing = pairs & -pairs;
+        zeros += count_bits(bits & (closing - 1));
+        strings = zeros - 1;
+        m_bits = bits & ~(closing | (closing - 1));
+        return DWORD(m_word * 64 + size_t(__builtin_ctzll(closing)));
+      }
+      if ((m_word + 1) * 64 >= limit) return limit;
+      zeros += count_bits(bits);
+      carry = bits >> 63;
+      bits = m_words[++m_word];
+    }
+  }
+
+ private:
+  const QWORD* m_words;
+  size_t m_word;
+  QWORD m_bits;  // the word's zeros not yet stepped over
+};
+
 // A cheap summary of a name for the repeat check: equal names have equal prints. A name
 // shorter than eight bytes is its own print (with its length in the top byte); a longer one
 // is summed up by its last eight bytes, where names of one list mostly differ, and its
@@ -349,7 +402,7 @@ class GRAMMAR_READER {
 
 }  // namespace
 
-void parse_grammar_payload(std::vector<BYTE>&& data, PGMDEV_DDB_GRAMMAR_DB& db) {
+void parse_grammar_payload(PGMDEV_DDB_NAMING_TEXT&& data, PGMDEV_DDB_GRAMMAR_DB& db) {
   const DWORD data_size = DWORD(data.size());
   PGMDEV_CHECK(data_size >= NAMING_MAGIC_SIZE + NAMING_TRAILER_SIZE, "data_size >= 14",
                MODULE_DDB_MGR);
@@ -379,20 +432,63 @@ void parse_grammar_payload(std::vector<BYTE>&& data, PGMDEV_DDB_GRAMMAR_DB& db) 
 }
 
 void parse_grammar_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_GRAMMAR_DB& db) {
-  std::vector<BYTE> copy;
+  PGMDEV_DDB_NAMING_TEXT copy;
   copy.reserve(size_t(data_size) + PGMDEV_DDB_GRAMMAR_TEXT_SLACK);  // no second copy for it
   copy.assign(data, data + data_size);
   parse_grammar_payload(std::move(copy), db);
 }
 
+bool index_packed_payload(const BYTE* text, DWORD data_size, PGMDEV_DDB_GRAMMAR_DB& db) {
+  if (data_size < NAMING_MAGIC_SIZE + NAMING_TRAILER_SIZE) return false;
+  const DWORD limit = data_size - NAMING_TRAILER_SIZE;
+  PGMDEV_DDB_GRAMMAR_ENTRIES& table = db.entry_table();
+  table.reserve(table.size() + count_entries_bound(db.zeros().words(), NAMING_MAGIC_SIZE, limit));
+  const char* chars = reinterpret_cast<const char*>(text);
+  DWORD at = NAMING_MAGIC_SIZE;
+  ZERO_CURSOR zero(db.zeros().words(), at);  // at the first zero from `at` on
+  for (DWORD number = 0; number < PGMDEV_DDB_GRAMMAR_SECTIONS; ++number) {
+    PGMDEV_DDB_GRAMMAR_SECTION& section = *db.get_section(number);
+    section.start(table, chars);
+    std::string_view last_key;
+    bool in_order = true;
+    do {  // a section holds one entry at least; a key starts at `at`
+      if (at >= limit || text[at] == 0) return false;
+      const DWORD key_end = zero.next();
+      DWORD strings = 0;
+      const DWORD closing = zero.close_list(key_end, limit, strings);
+      if (strings == 0 || closing >= limit) return false;
+      const std::string_view key(chars + at, key_end - at);
+      in_order = in_order && (last_key.empty() || text_less(last_key, key));
+      last_key = key;
+      section.add_entry({at, key_end - at, closing, strings});
+      at = closing + 1;
+    } while (at < limit && text[at] != 0);
+    if (at >= limit) return false;
+    zero.next();  // the section's closing zero, at `at`
+    ++at;
+    if (!in_order) section.sort_entries();
+  }
+  return at == limit;
+}
+
 // The inflated bytes become the database's text, which its sections point into.
 std::unique_ptr<PGMDEV_DDB_GRAMMAR_DB> open_grammar_db(const BYTE* compressed,
-                                                       DWORD compressed_length, DWORD length) {
-  std::vector<BYTE> data =
+                                                       DWORD compressed_length, DWORD length,
+                                                       GRAMMAR_ORIGIN origin) {
+  PGMDEV_DDB_NAMING_TEXT data =
       open_naming_blob(compressed, compressed_length, length, GRAMMAR_BLOB_TEXTS);
   auto db = std::make_unique<PGMDEV_DDB_GRAMMAR_DB>();
-  parse_grammar_payload(std::move(data), *db);
-  return db;
+  if (origin == GRAMMAR_ORIGIN::ANYWHERE) {
+    parse_grammar_payload(std::move(data), *db);
+    return db;
+  }
+  const DWORD size = DWORD(data.size());
+  const BYTE* text = db->adopt_text(std::move(data));
+  if (index_packed_payload(text, size, *db)) return db;
+  // Not laid out as the packer lays out blobs: the whole parse reads it again and reports.
+  auto checked = std::make_unique<PGMDEV_DDB_GRAMMAR_DB>();
+  parse_grammar_payload(text, size, *checked);
+  return checked;
 }
 
 }  // namespace pgmdev

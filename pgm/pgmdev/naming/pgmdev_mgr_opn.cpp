@@ -1,10 +1,10 @@
 // PGMDEV_MGR's OPN operations: slot to part name, part name to slot, and the 48-bit hash.
-#include "pgm_dev_catalog.h"
-#include "pgm_text.h"
 #include "base/pgmdev_check.h"
-#include "pgmdev_mgr_naming.h"
 #include "naming/pgmdev_naming_db.h"
 #include "naming/pgmdev_opn_hash.h"
+#include "pgm_dev_catalog.h"
+#include "pgm_text.h"
+#include "pgmdev_mgr_naming.h"
 
 namespace {
 

@@ -23,7 +23,7 @@ constexpr DWORD SPARE_BYTES = 100;
 
 // Each trailer byte is compared on its own, least significant first, so a report names the
 // first byte that differs.
-void check_trailer(const std::vector<BYTE>& data) {
+void check_trailer(const PGMDEV_DDB_NAMING_TEXT& data) {
   const size_t data_size = data.size();
   BYTE crc32[NAMING_TRAILER_SIZE];
   codec::store_le<DWORD>(crc32, naming_blob_crc(data.data(), data_size));
@@ -38,9 +38,9 @@ void check_trailer(const std::vector<BYTE>& data) {
 
 }  // namespace
 
-std::vector<BYTE> open_naming_blob(const BYTE* compressed, DWORD compressed_length, DWORD length,
-                                   const NAMING_BLOB_TEXTS& texts) {
-  std::vector<BYTE> data(size_t(length) + SPARE_BYTES, 0);
+PGMDEV_DDB_NAMING_TEXT open_naming_blob(const BYTE* compressed, DWORD compressed_length,
+                                        DWORD length, const NAMING_BLOB_TEXTS& texts) {
+  PGMDEV_DDB_NAMING_TEXT data(size_t(length) + SPARE_BYTES);
   DWORD data_size = length + SPARE_BYTES;
   PGMDEV_CHECK(zlib_uncompress(data.data(), &data_size, compressed, compressed_length) == ZLIB_OK,
                texts.uncompress_check, MODULE_DDB_MGR);

@@ -19,6 +19,9 @@ constexpr unsigned WALKS_BEFORE_INDEX = 8;
 
 // Names shorter than this are looked for by their length in the map of zero bytes.
 constexpr size_t MAX_SCAN_LENGTH = 63;
+// Names sharing this many first bytes or more are looked for in one pass over the strings,
+// which few strings pass the first test of; others in one pass per length.
+constexpr size_t MIN_SHARED_PREFIX = 2;
 
 // Calls `visit` on each string of an entry's list in order until it returns true. The
 // list view's iterator measures each string twice (to read it and to step past it); a
@@ -116,7 +119,7 @@ const PGMDEV_DDB_GRAMMAR_SECTION* PGMDEV_DDB_GRAMMAR_DB::get_section(DWORD secti
   return section < m_sections.size() ? &m_sections[section] : nullptr;
 }
 
-const BYTE* PGMDEV_DDB_GRAMMAR_DB::adopt_text(std::vector<BYTE>&& text) {
+const BYTE* PGMDEV_DDB_GRAMMAR_DB::adopt_text(PGMDEV_DDB_NAMING_TEXT&& text) {
   const size_t size = text.size();
   m_text = std::move(text);
   m_text.resize(size + PGMDEV_DDB_GRAMMAR_TEXT_SLACK, 0);
@@ -149,43 +152,85 @@ std::string_view PGMDEV_DDB_GRAMMAR_DB::walk_key_of(DWORD section, std::string_v
   return {};
 }
 
-// The walk of a section whose entries lie in the text in key order: only strings of the
-// name's length are compared, found as two zero bytes that far apart, and the first such
-// string that lies in a list (not a key, nor a dropped entry) belongs to the first key.
 std::string_view PGMDEV_DDB_GRAMMAR_DB::scan_key_of(DWORD section, std::string_view name) const {
+  std::vector<std::string_view> key(1);
+  scan_keys_of(section, {name}, key);
+  return key[0];
+}
+
+// The walk of a section whose entries lie in the text in key order, for names shorter than
+// MAX_SCAN_LENGTH. For names of several lengths that share their first bytes, one pass
+// compares only the strings that start with those bytes; otherwise, for each length asked,
+// only strings of that length are compared, found as two zero bytes that far apart. The first
+// string found that lies in a list (not a key, nor a dropped entry) belongs to the first key.
+void PGMDEV_DDB_GRAMMAR_DB::scan_keys_of(DWORD section, const std::vector<std::string_view>& names,
+                                         std::vector<std::string_view>& keys) const {
   const PGMDEV_DDB_GRAMMAR_SECTION& entries = m_sections[section];
-  // No listed string is empty or holds a zero byte.
-  if (entries.empty() || name.empty() || name.find('\0') != std::string_view::npos) return {};
+  if (entries.empty() || names.empty()) return;
   const PGMDEV_DDB_GRAMMAR_ENTRY_RANGE all = entries.entries();
   const char* text = reinterpret_cast<const char*>(m_text.data());
-  // The first eight bytes (fewer for a shorter name) decide most candidates in one compare;
-  // the text's slack lets a whole word be read from any string.
-  const size_t head_size = std::min<size_t>(name.size(), 8);
-  const QWORD head_mask = head_size == 8 ? ~QWORD(0) : (QWORD(1) << (8 * head_size)) - 1;
-  QWORD head = 0;
-  std::memcpy(&head, name.data(), head_size);
-  const auto load_head = [text](DWORD at) {
-    QWORD word;
-    std::memcpy(&word, text + at, 8);
-    return word;
-  };
-  const PGMDEV_DDB_GRAMMAR_ENTRY* owner = nullptr;
-  m_zeros.for_each_gap(all.front().m_key, all.end()[-1].m_list_end, name.size(), [&](DWORD at) {
-    if ((load_head(at) & head_mask) != head) return false;
-    if (name.size() > 8 && std::memcmp(text + at + 8, name.data() + 8, name.size() - 8) != 0) {
-      return false;
-    }
+  // Which names are asked, by length; no listed string is empty or holds a zero byte.
+  std::vector<std::vector<size_t>> by_length(MAX_SCAN_LENGTH);
+  size_t asked = 0;
+  size_t shared = names[0].size();  // bytes at the start of every name asked
+  for (size_t i = 0; i < names.size(); ++i) {
+    const std::string_view name = names[i];
+    if (name.empty() || name.find('\0') != std::string_view::npos) continue;
+    by_length[name.size()].push_back(i);
+    ++asked;
+    while (name.compare(0, shared, names[0], 0, shared) != 0) --shared;
+  }
+  // Takes the string at `at` when it is one of the names still asked and lies in a list;
+  // true once every name has its answer.
+  const auto take = [&](DWORD at, size_t length) {
+    std::vector<size_t>& same_length = by_length[length];
+    const std::string_view found(text + at, length);
+    const auto is_found = [&](size_t i) { return names[i] == found; };
+    if (std::none_of(same_length.begin(), same_length.end(), is_found)) return false;
     // The last entry starting at or before `at`: the string is in its list or in none.
-    const auto* entry = std::upper_bound(all.begin(), all.end(), at,
+    const auto* owner = std::upper_bound(all.begin(), all.end(), at,
                                          [](DWORD offset, const PGMDEV_DDB_GRAMMAR_ENTRY& e) {
                                            return offset < e.m_key;
                                          }) -
                         1;
-    if (entry->m_key == at || at >= entry->m_list_end) return false;
-    owner = entry;
-    return true;
-  });
-  return owner == nullptr ? std::string_view() : entries.key(*owner);
+    if (owner->m_key == at || at >= owner->m_list_end) return false;
+    for (size_t i : same_length) {
+      if (is_found(i)) keys[i] = entries.key(*owner), --asked;
+    }
+    same_length.erase(std::remove_if(same_length.begin(), same_length.end(), is_found),
+                      same_length.end());
+    return asked == 0;
+  };
+  const DWORD from = all.front().m_key, to = all.end()[-1].m_list_end;
+  if (asked == 0) return;
+  // The bytes all names share, compared as one word; the text's slack lets a whole word be
+  // read from any string.
+  const size_t head_size = std::min<size_t>(shared, 8);
+  const QWORD head_mask = head_size == 8 ? ~QWORD(0) : (QWORD(1) << (8 * head_size)) - 1;
+  QWORD head = 0;
+  std::memcpy(&head, names[0].data(), head_size);
+  const size_t lengths = size_t(std::count_if(by_length.begin(), by_length.end(),
+                                              [](const auto& same) { return !same.empty(); }));
+  if (lengths > 1 && shared >= MIN_SHARED_PREFIX) {
+    // One pass over every string's start: a byte right after a zero byte.
+    m_zeros.for_each_start(from, to, [&](DWORD at) {
+      QWORD word;
+      std::memcpy(&word, text + at, 8);
+      if ((word & head_mask) != head) return false;
+      const size_t length = m_zeros.next(at) - at;
+      return length < MAX_SCAN_LENGTH && take(at, length);
+    });
+    return;
+  }
+  for (size_t length = 1; length < MAX_SCAN_LENGTH; ++length) {
+    if (by_length[length].empty()) continue;
+    const bool done = m_zeros.for_each_gap(from, to, length, [&](DWORD at) {
+      QWORD word;
+      std::memcpy(&word, text + at, 8);
+      return (word & head_mask) == head && take(at, length);
+    });
+    if (done) return;
+  }
 }
 
 std::string_view PGMDEV_DDB_GRAMMAR_DB::find_key_of(DWORD section, std::string_view name) const {
@@ -218,6 +263,12 @@ std::vector<std::string_view> PGMDEV_DDB_GRAMMAR_DB::find_keys_of(
     for (size_t i = 0; i < names.size(); ++i) keys[i] = find_key_of(section, names[i]);
     return keys;
   }
+  const PGMDEV_DDB_GRAMMAR_SECTION& entries = m_sections[section];
+  const auto scannable = [](const std::string& name) { return name.size() < MAX_SCAN_LENGTH; };
+  if (entries.in_text_order() && std::all_of(names.begin(), names.end(), scannable)) {
+    scan_keys_of(section, std::vector<std::string_view>(names.begin(), names.end()), keys);
+    return keys;
+  }
   std::unordered_map<std::string_view, std::vector<size_t>> wanted;
   NAME_SIEVE sieve;
   for (size_t i = 0; i < names.size(); ++i) {
@@ -225,7 +276,6 @@ std::vector<std::string_view> PGMDEV_DDB_GRAMMAR_DB::find_keys_of(
     sieve.add(names[i]);
   }
   if (wanted.empty()) return keys;
-  const PGMDEV_DDB_GRAMMAR_SECTION& entries = m_sections[section];
   for (const auto& entry : entries.entries()) {
     const bool all_found = visit_list(entries, entry, [&](std::string_view text) {
       if (!sieve.may_hold(text)) return false;

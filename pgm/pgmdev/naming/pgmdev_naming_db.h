@@ -18,6 +18,30 @@ constexpr DWORD PGMDEV_DDB_GRAMMAR_SECTIONS = DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX
 
 using PGMDEV_DDB_GRAMMAR_LIST = std::vector<std::string>;
 
+namespace pgmdev {
+// Leaves new elements uninitialised: an inflated blob is written whole by zlib, so clearing
+// its buffer first would only cost a pass over it.
+template <typename T>
+struct UNINITIALISED_ALLOCATOR : std::allocator<T> {
+  template <typename U>
+  struct rebind {
+    using other = UNINITIALISED_ALLOCATOR<U>;
+  };
+  using std::allocator<T>::allocator;
+  template <typename U>
+  void construct(U* at) noexcept {
+    ::new (static_cast<void*>(at)) U;
+  }
+  template <typename U, typename... ARGS>
+  void construct(U* at, ARGS&&... args) {
+    ::new (static_cast<void*>(at)) U(std::forward<ARGS>(args)...);
+  }
+};
+}  // namespace pgmdev
+
+// A decompressed naming blob.
+using PGMDEV_DDB_NAMING_TEXT = std::vector<BYTE, pgmdev::UNINITIALISED_ALLOCATOR<BYTE>>;
+
 // One list of a grammar entry, in blob order: its zero-terminated strings lie back to back
 // in the database's own text, so the list is walked rather than stored string by string.
 class PGMDEV_DDB_GRAMMAR_LIST_VIEW {
@@ -113,6 +137,10 @@ class PGMDEV_DDB_GRAMMAR_ZEROS {
   template <typename VISIT>
   bool for_each_gap(DWORD from, DWORD to, size_t length, VISIT visit) const;
 
+  // Calls `visit(start)` for each `start` in [from, to) whose byte before is zero, in order,
+  // until it returns true; `from` above 0.
+  template <typename VISIT>
+  bool for_each_start(DWORD from, DWORD to, VISIT visit) const;
   const std::vector<QWORD>& words() const { return m_words; }
 
  protected:
@@ -127,6 +155,21 @@ bool PGMDEV_DDB_GRAMMAR_ZEROS::for_each_gap(DWORD from, DWORD to, size_t length,
   const size_t first = from - 1, last = to - 1 - gap;  // zeros before a string, both included
   for (size_t word = first / 64; word <= last / 64; ++word) {
     QWORD bits = m_words[word] & ((m_words[word] >> gap) | (m_words[word + 1] << (64 - gap)));
+    if (word == first / 64) bits &= ~QWORD(0) << (first % 64);
+    if (word == last / 64) bits &= ~QWORD(0) >> (63 - last % 64);
+    for (; bits != 0; bits &= bits - 1) {
+      if (visit(DWORD(word * 64 + size_t(__builtin_ctzll(bits)) + 1))) return true;
+    }
+  }
+  return false;
+}
+
+template <typename VISIT>
+bool PGMDEV_DDB_GRAMMAR_ZEROS::for_each_start(DWORD from, DWORD to, VISIT visit) const {
+  if (from == 0 || from >= to) return false;
+  const size_t first = from - 1, last = to - 2;  // zeros before a start, both included
+  for (size_t word = first / 64; word <= last / 64; ++word) {
+    QWORD bits = m_words[word];
     if (word == first / 64) bits &= ~QWORD(0) << (first % 64);
     if (word == last / 64) bits &= ~QWORD(0) >> (63 - last % 64);
     for (; bits != 0; bits &= bits - 1) {
@@ -205,7 +248,7 @@ class PGMDEV_DDB_GRAMMAR_DB {
 
   // Takes a whole decompressed blob as the text the sections point into, puts the slack
   // behind it and maps its zero bytes.
-  const BYTE* adopt_text(std::vector<BYTE>&& text);
+  const BYTE* adopt_text(PGMDEV_DDB_NAMING_TEXT&& text);
   const PGMDEV_DDB_GRAMMAR_ZEROS& zeros() const { return m_zeros; }
   // The table every section's entries live in (the parser reserves and fills it).
   PGMDEV_DDB_GRAMMAR_ENTRIES& entry_table() { return m_entries; }
@@ -216,8 +259,11 @@ class PGMDEV_DDB_GRAMMAR_DB {
   void build_reverse_index(DWORD section) const;
   std::string_view walk_key_of(DWORD section, std::string_view name) const;
   std::string_view scan_key_of(DWORD section, std::string_view name) const;
+  // Sets keys[i] to the key of names[i] for each name found.
+  void scan_keys_of(DWORD section, const std::vector<std::string_view>& names,
+                    std::vector<std::string_view>& keys) const;
 
-  std::vector<BYTE> m_text;
+  PGMDEV_DDB_NAMING_TEXT m_text;
   PGMDEV_DDB_GRAMMAR_ZEROS m_zeros;
   PGMDEV_DDB_GRAMMAR_ENTRIES m_entries;
   std::array<PGMDEV_DDB_GRAMMAR_SECTION, PGMDEV_DDB_GRAMMAR_SECTIONS> m_sections;
@@ -261,18 +307,29 @@ extern const NAMING_BLOB_TEXTS OPN_BLOB_TEXTS;
 
 // Inflates a compressed blob and checks length, magic and CRC trailer. Returns exactly
 // `length` bytes. Every failed check is fatal (pgm/pgmdev/pgmdev_ddb_mgr).
-std::vector<BYTE> open_naming_blob(const BYTE* compressed, DWORD compressed_length, DWORD length,
-                                   const NAMING_BLOB_TEXTS& texts);
+PGMDEV_DDB_NAMING_TEXT open_naming_blob(const BYTE* compressed, DWORD compressed_length,
+                                        DWORD length, const NAMING_BLOB_TEXTS& texts);
 
 // Parse a whole decompressed blob (magic and trailer included) into `db`. The grammar
 // parser copies the bytes into `db`; the adopting form takes them over.
-void parse_grammar_payload(std::vector<BYTE>&& data, PGMDEV_DDB_GRAMMAR_DB& db);
+void parse_grammar_payload(PGMDEV_DDB_NAMING_TEXT&& data, PGMDEV_DDB_GRAMMAR_DB& db);
 void parse_grammar_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_GRAMMAR_DB& db);
 void parse_opn_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_OPN_DB& db);
 
-// Open and parse a compressed blob whose decompressed length must be `length`.
-std::unique_ptr<PGMDEV_DDB_GRAMMAR_DB> open_grammar_db(const BYTE* compressed,
-                                                       DWORD compressed_length, DWORD length);
+// Where a grammar blob comes from. The naming packer of the build refuses sources that
+// break the parser's rules (a key twice in a section, a string twice in a list, an empty
+// name or list: tools/naming_packer), and its blob's bytes are vouched for by the CRC
+// trailer, so a blob of its making is only indexed, not checked string by string again.
+enum class GRAMMAR_ORIGIN { ANYWHERE, PACKER };
+// The entry table of an adopted blob `text` of `data_size` bytes as the packer lays it out,
+// without the repeat checks; false, with the table half filled, at the first byte that is
+// not where that layout puts it.
+bool index_packed_payload(const BYTE* text, DWORD data_size, PGMDEV_DDB_GRAMMAR_DB& db);
+// Open and parse a compressed blob whose decompressed length must be `length`. A blob from
+// the packer that does not index as one is parsed in full, with the reports of the parse.
+std::unique_ptr<PGMDEV_DDB_GRAMMAR_DB> open_grammar_db(
+    const BYTE* compressed, DWORD compressed_length, DWORD length,
+    GRAMMAR_ORIGIN origin = GRAMMAR_ORIGIN::ANYWHERE);
 std::unique_ptr<PGMDEV_DDB_OPN_DB> open_opn_db(const BYTE* compressed, DWORD compressed_length,
                                                DWORD length);
 

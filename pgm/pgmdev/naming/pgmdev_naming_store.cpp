@@ -37,7 +37,8 @@ DB* get_or_load(std::atomic<DB*>& pointer, std::unique_ptr<DB>& owner, std::atom
 
 PGMDEV_DDB_GRAMMAR_DB* naming_grammar_db() {
   return get_or_load(g_grammar, g_grammar_owner, g_grammar_loads, [] {
-    return open_grammar_db(PGMDDB_GRAMMAR_DATA, PGMDDB_GRAMMAR_CMP_LENGTH, PGMDDB_GRAMMAR_LENGTH);
+    return open_grammar_db(PGMDDB_GRAMMAR_DATA, PGMDDB_GRAMMAR_CMP_LENGTH, PGMDDB_GRAMMAR_LENGTH,
+                           GRAMMAR_ORIGIN::PACKER);
   });
 }
 

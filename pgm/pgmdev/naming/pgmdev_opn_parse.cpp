@@ -47,7 +47,7 @@ void parse_opn_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_OPN_DB& db)
 
 std::unique_ptr<PGMDEV_DDB_OPN_DB> open_opn_db(const BYTE* compressed, DWORD compressed_length,
                                                DWORD length) {
-  const std::vector<BYTE> data =
+  const PGMDEV_DDB_NAMING_TEXT data =
       open_naming_blob(compressed, compressed_length, length, OPN_BLOB_TEXTS);
   auto db = std::make_unique<PGMDEV_DDB_OPN_DB>();
   parse_opn_payload(data.data(), DWORD(data.size()), *db);
