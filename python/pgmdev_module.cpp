@@ -9,11 +9,11 @@
 #include <filesystem>
 
 #include "device_record.h"
+#include "failure.h"
 #include "names.h"
 #include "output.h"
 #include "pgmdev_mgr.h"
 #include "platform.h"
-#include "report.h"
 #include "suggest.h"
 
 namespace fs = std::filesystem;
@@ -116,12 +116,12 @@ void bind_opn(py::module_& m) {
       "opn",
       [](std::optional<unsigned long long> slot, const py::object& hash) {
         if (slot.has_value() == !hash.is_none()) {
-          throw cli::CliError("give an OPN enumeration or an OPN hash");
+          throw answers::QueryError("give an OPN enumeration or an OPN hash");
         }
         const bool by_hash = !slot;
         const std::string text = by_hash ? hash_text(hash) : std::to_string(*slot);
-        if (by_hash) cli::parse_opn_hash(text);  // bad text is a ValueError, not a LookupError
-        return to_python(looking_up([&] { return cli::opn_json(text, by_hash); }));
+        if (by_hash) answers::parse_opn_hash(text);  // bad text is a ValueError, not a LookupError
+        return to_python(looking_up([&] { return answers::opn_json(text, by_hash); }));
       },
       py::arg("slot") = py::none(), py::kw_only(), py::arg("hash") = py::none(),
       "The part in an OPN slot, or the part with a 48-bit OPN hash (an int, or hex text),\n"
@@ -144,7 +144,8 @@ void bind_opn(py::module_& m) {
   m.def(
       "part_of_hash",
       [](const py::int_& hash) {
-        return optional_text(PGMDEV_MGR::get_opn_from_hash(cli::parse_opn_hash(hash_text(hash))));
+        return optional_text(
+            PGMDEV_MGR::get_opn_from_hash(answers::parse_opn_hash(hash_text(hash))));
       },
       py::arg("hash"), "The part whose OPN hash is `hash`, or None.");
 }
@@ -154,7 +155,7 @@ void bind_catalog(py::module_& m) {
       "families",
       [m]() {
         py::list families;
-        for (py::handle entry : to_python(cli::families_json())) {
+        for (py::handle entry : to_python(answers::families_json())) {
           families.append(m.attr("Family")(**entry));
         }
         return families;
@@ -164,7 +165,8 @@ void bind_catalog(py::module_& m) {
       "devices",
       [m](const std::string& family) {
         py::list devices;
-        for (py::handle entry : to_python(looking_up([&] { return cli::devices_json(family); }))) {
+        for (py::handle entry :
+             to_python(looking_up([&] { return answers::devices_json(family); }))) {
           devices.append(m.attr("Device")(**entry));
         }
         return devices;
@@ -175,10 +177,11 @@ void bind_catalog(py::module_& m) {
       [m](const std::string& family, const std::string& device, const std::string& package,
           const std::string& speed, const std::string& temperature, const std::string& contains,
           bool released, bool preferred, bool hidden) {
-        const cli::PartFilter filter{family,   device,   package,   speed, temperature,
-                                     contains, released, preferred, hidden};
+        const answers::PartFilter filter{family,   device,   package,   speed, temperature,
+                                         contains, released, preferred, hidden};
         py::list parts;
-        for (py::handle entry : to_python(looking_up([&] { return cli::parts_json(filter); }))) {
+        for (py::handle entry :
+             to_python(looking_up([&] { return answers::parts_json(filter); }))) {
           parts.append(m.attr("Part")(**entry));
         }
         return parts;
@@ -192,8 +195,8 @@ void bind_catalog(py::module_& m) {
 
 }  // namespace
 
-std::string sentence(const cli::CliError& error) {
-  return error.what() + cli::did_you_mean(error.suggestions());
+std::string sentence(const answers::QueryError& error) {
+  return error.what() + answers::did_you_mean(error.suggestions());
 }
 
 namespace {
@@ -238,10 +241,10 @@ namespace {
 
 // The library's report of a broken check: InternalError with the tool's sentence for it.
 void raise_internal(py::handle type, const MSG_INTERNAL_ERROR_INFO& info) {
-  const cli::Failure described =
-      cli::describe_library_failure(info.condition, info.source_file, info.line, info.context);
+  const answers::Failure described =
+      answers::describe_library_failure(info.condition, info.source_file, info.line, info.context);
   // A bad cell of a source table is bad input, as the tool's exit code 1 says.
-  if (described.exit_code == cli::EXIT_USER_ERROR) {
+  if (described.exit_code == answers::EXIT_USER_ERROR) {
     PyErr_SetString(PyExc_ValueError, described.message.c_str());
     return;
   }
@@ -254,9 +257,9 @@ void raise_internal(py::handle type, const MSG_INTERNAL_ERROR_INFO& info) {
 // becomes a RuntimeWarning with the tool's sentence.
 void on_soft_report(const MSG_INTERNAL_ERROR_INFO& info) {
   if (info.fatal) return;  // reaches the caller as an exception
-  const cli::Failure described =
-      cli::describe_library_failure(info.condition, info.source_file, info.line, info.context);
-  if (described.exit_code == cli::EXIT_DATA_FILE) throw MSG_INTERNAL_ERROR_EXCEPTION(info);
+  const answers::Failure described =
+      answers::describe_library_failure(info.condition, info.source_file, info.line, info.context);
+  if (described.exit_code == answers::EXIT_DATA_FILE) throw MSG_INTERNAL_ERROR_EXCEPTION(info);
   if (PyErr_WarnEx(PyExc_RuntimeWarning, described.message.c_str(), 1) != 0) {
     throw py::error_already_set();  // warnings turned into errors
   }
@@ -274,7 +277,7 @@ void warn_in_python(const std::string& kind, const std::string& text) {
 
 void bind_errors(py::module_& m) {
   MSG_INTERNAL_ERROR::set_hook(on_soft_report);
-  cli::set_message_sink(warn_in_python);
+  answers::set_message_sink(warn_in_python);
   py::exec(PYTHON_CLASSES, m.attr("__dict__"));
   static py::handle internal_error = py::object(m.attr("InternalError")).release();
   // By value: the translator type pybind11 takes.
@@ -286,17 +289,18 @@ void bind_errors(py::module_& m) {
       raise_internal(internal_error, error.info());
     } catch (const NOT_FOUND& error) {
       PyErr_SetString(PyExc_LookupError, error.what());
-    } catch (const cli::DataFileError& error) {
+    } catch (const answers::DataFileError& error) {
       PyErr_SetString(PyExc_FileNotFoundError, error.what());
-    } catch (const cli::CliError& error) {
+    } catch (const answers::QueryError& error) {
       PyErr_SetString(PyExc_ValueError, sentence(error).c_str());
     } catch (const std::out_of_range& error) {
       // Thrown by the library without a report (a short line of the parts list): the place it
       // stood is still known, and the tool's sentence names it.
-      const cli::CONTEXT where = MSG_CONTEXT::unwound();
+      const answers::CONTEXT where = MSG_CONTEXT::unwound();
       if (where.empty()) throw;
-      PyErr_SetString(PyExc_ValueError,
-                      cli::describe_library_failure(error.what(), "", 0, where).message.c_str());
+      PyErr_SetString(
+          PyExc_ValueError,
+          answers::describe_library_failure(error.what(), "", 0, where).message.c_str());
     }
   });
 }
@@ -305,7 +309,7 @@ void bind_names(py::module_& m) {
   m.def(
       "name",
       [](const std::string& text) {
-        return to_python(looking_up([&] { return cli::name_json(text); }));
+        return to_python(looking_up([&] { return answers::name_json(text); }));
       },
       py::arg("name"),
       "A part, package, programmer or device name in every naming scheme, as\n"
@@ -329,15 +333,15 @@ void bind_device(py::module_& m) {
           if (!value.empty()) given += (given.empty() ? "" : ", ") + std::string(name) + "=";
         }
         if (given.empty()) {
-          throw cli::CliError("say what to look up: family=, device=, part= or pcf=");
+          throw answers::QueryError("say what to look up: family=, device=, part= or pcf=");
         }
         if (given.find(',') != std::string::npos) {
-          throw cli::CliError("give one of family=, device=, part= or pcf=, not " + given);
+          throw answers::QueryError("give one of family=, device=, part= or pcf=, not " + given);
         }
-        cli::require_device_database();
+        answers::require_device_database();
         PGMDEV_DEV_INFO_MANAGER manager(false, 0);
         const py::object answer = to_python(looking_up([&] {
-          return cli::device_json(manager, {family, device, part, pcf});
+          return answers::device_json(manager, {family, device, part, pcf});
         }));
         py::object record = m.attr("DeviceRecord")(answer["record"]);
         for (const char* key : {"query", "found_by", "row_kind", "number"}) {

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "cli.h"
+#include "answers.h"
 
 namespace py = pybind11;
 
@@ -20,14 +20,14 @@ class NOT_FOUND : public std::runtime_error {
 };
 
 // The sentence the tool prints for `error`, "did you mean" included.
-std::string sentence(const cli::CliError& error);
+std::string sentence(const answers::QueryError& error);
 
-// Runs a look-up: the tool's user error becomes a LookupError with the same sentence.
+// Runs a look-up: a QueryError becomes a LookupError with the same sentence.
 template <class ASK>
 auto looking_up(ASK ask) {
   try {
     return ask();
-  } catch (const cli::CliError& error) {
+  } catch (const answers::QueryError& error) {
     throw NOT_FOUND(sentence(error));
   }
 }

@@ -14,8 +14,8 @@ namespace {
 // An answer as the dialogue takes it. Text goes as typed; a bool answers a flag and an int
 // a number, in the prompt's unit, written the way the prompt reads it (hex or decimal). Any
 // other type is a TypeError: an int must never be read back as other digits.
-std::string answer_text(PGMDEV_PARAM_TYPE type, const cli::HPS_RULE& rule, const std::string& key,
-                        const py::handle& value) {
+std::string answer_text(PGMDEV_PARAM_TYPE type, const answers::HPS_RULE& rule,
+                        const std::string& key, const py::handle& value) {
   if (py::isinstance<py::str>(value)) return value.cast<std::string>();
   const bool is_bool = py::isinstance<py::bool_>(value);
   if (type == PGMDEV_PARAM_BOOL && is_bool) return value.cast<bool>() ? "Y" : "N";
@@ -33,30 +33,30 @@ std::string answer_text(PGMDEV_PARAM_TYPE type, const cli::HPS_RULE& rule, const
 }
 
 template <class RECORD>
-void hps_add(const cli::HPS_KIND<RECORD>& kind, const py::dict& answers, bool force) {
-  if (!force) cli::check_data_file_before_edit();
+void hps_add(const answers::HPS_KIND<RECORD>& kind, const py::dict& answers, bool force) {
+  if (!force) answers::check_data_file_before_edit();
   RECORD record;
   for (DWORD i = 0; i < kind.count; ++i) {
     const std::string& key = kind.keys[i];
-    if (!answers.contains(key)) throw cli::CliError("no answer for " + key);
+    if (!answers.contains(key)) throw answers::QueryError("no answer for " + key);
     std::string text = answer_text(kind.types[i], kind.rules[i], key, answers[py::str(key)]);
     gen_remove_leading_and_trailing_white_spaces(text);
     std::string error;
-    if (!cli::accept(kind.types[i], kind.rules[i], text, record.params[i], error)) {
-      throw cli::CliError("Invalid input for " + key + " ('" + text + "'): " + error);
+    if (!answers::accept(kind.types[i], kind.rules[i], text, record.params[i], error)) {
+      throw answers::QueryError("Invalid input for " + key + " ('" + text + "'): " + error);
     }
   }
   for (const auto& item : answers) {
     const std::string key = py::str(item.first);
     if (std::find(kind.keys, kind.keys + kind.count, key) == kind.keys + kind.count) {
-      throw cli::CliError("no parameter " + key + " in this kind of definition");
+      throw answers::QueryError("no parameter " + key + " in this kind of definition");
     }
   }
-  cli::append_user_record(kind, record, force);
+  answers::append_user_record(kind, record, force);
 }
 
 template <class RECORD>
-py::list hps_fields(const cli::HPS_KIND<RECORD>& kind) {
+py::list hps_fields(const answers::HPS_KIND<RECORD>& kind) {
   py::list fields;
   for (DWORD i = 0; i < kind.count; ++i)
     fields.append(py::make_tuple(kind.keys[i], kind.labels[i]));
@@ -69,7 +69,7 @@ std::string hps_kind_name(const std::string& kind) {
   std::string word = kind;
   stl_tolower(word);
   if (word != "spi" && word != "nand")
-    throw cli::CliError("KIND is spi or nand, not '" + kind + "'");
+    throw answers::QueryError("KIND is spi or nand, not '" + kind + "'");
   return word;
 }
 
@@ -78,9 +78,9 @@ void bind_hps(py::module_& m) {
       "hps_list",
       [](const std::string& kind, const std::string& manufacturer, std::optional<unsigned> size) {
         const bool spi = hps_kind_name(kind) == "spi";
-        cli::warn_if_data_file_damaged(spi);  // its user definitions would otherwise be missing
-        const cli::HpsFilter filter{manufacturer, size ? std::to_string(*size) : ""};
-        return to_python(cli::hps_list_json(spi, filter));
+        answers::warn_if_data_file_damaged(spi);  // its user definitions would otherwise be missing
+        const answers::HpsFilter filter{manufacturer, size ? std::to_string(*size) : ""};
+        return to_python(answers::hps_list_json(spi, filter));
       },
       py::arg("kind"), py::kw_only(), py::arg("manufacturer") = "", py::arg("size") = py::none(),
       "The HPS boot flash of a kind (\"spi\" or \"nand\"), user definitions first, as\n"
@@ -90,15 +90,15 @@ void bind_hps(py::module_& m) {
   m.def(
       "hps_fields",
       [](const std::string& kind) {
-        return hps_kind_name(kind) == "spi" ? hps_fields(cli::hps_spi_kind())
-                                            : hps_fields(cli::hps_nand_kind());
+        return hps_kind_name(kind) == "spi" ? hps_fields(answers::hps_spi_kind())
+                                            : hps_fields(answers::hps_nand_kind());
       },
       py::arg("kind"), "The (key, prompt label) pairs of a definition, in dialogue order.");
   m.def(
       "hps_add",
       [](const std::string& kind, const py::dict& answers, bool force) {
-        hps_kind_name(kind) == "spi" ? hps_add(cli::hps_spi_kind(), answers, force)
-                                     : hps_add(cli::hps_nand_kind(), answers, force);
+        hps_kind_name(kind) == "spi" ? hps_add(answers::hps_spi_kind(), answers, force)
+                                     : hps_add(answers::hps_nand_kind(), answers, force);
       },
       py::arg("kind"), py::arg("answers"), py::kw_only(), py::arg("force") = false,
       "Adds a user definition to pgm_flash.ini: `answers` maps every key of hps_fields(kind)\n"
@@ -110,21 +110,21 @@ void bind_hps(py::module_& m) {
   m.def(
       "hps_remove",
       [](const std::string& kind, long index, bool force) {
-        if (index < 1) throw cli::CliError("no user definition " + std::to_string(index));
+        if (index < 1) throw answers::QueryError("no user definition " + std::to_string(index));
         return hps_kind_name(kind) == "spi"
-                   ? cli::remove_user_record(cli::hps_spi_kind(), size_t(index), force)
-                   : cli::remove_user_record(cli::hps_nand_kind(), size_t(index), force);
+                   ? answers::remove_user_record(answers::hps_spi_kind(), size_t(index), force)
+                   : answers::remove_user_record(answers::hps_nand_kind(), size_t(index), force);
       },
       py::arg("kind"), py::arg("index"), py::kw_only(), py::arg("force") = false,
       "Removes the index-th (from 1) user definition; returns how many are left.");
 }
 
 void bind_generators(py::module_& m) {
-  m.def("generate_device_info", &cli::generate_device_info, py::arg("csv"), py::arg("out"),
+  m.def("generate_device_info", &answers::generate_device_info, py::arg("csv"), py::arg("out"),
         py::arg("install_dir") = "",
         "Builds the device information database file `out` from its source table; the\n"
         "parts list is read from install_dir/h/pgm_parts.txt (default: the installation's).");
-  m.def("generate_flash", &cli::generate_flash, py::arg("csv"), py::arg("out"),
+  m.def("generate_flash", &answers::generate_flash, py::arg("csv"), py::arg("out"),
         "Builds the flash database file `out` from its source table.");
 }
 

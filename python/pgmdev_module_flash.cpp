@@ -7,10 +7,10 @@
 
 #include "flash_check.h"
 #include "flash_record.h"
-#include "flash_sfdp.h"
 #include "output.h"
 #include "pgmdev_module.h"
 #include "platform.h"
+#include "sfdp_dump.h"
 
 namespace pgmdev::python {
 
@@ -21,7 +21,7 @@ class FLASH_SESSION {
  public:
   FLASH_SESSION& enter() {
     // A user definition that is set but refused is a RuntimeWarning with the reason.
-    m_manager = cli::open_flash_manager(1, [](const std::string& text) {
+    m_manager = answers::open_flash_manager(1, [](const std::string& text) {
       if (PyErr_WarnEx(PyExc_RuntimeWarning, text.c_str(), 1) != 0) throw py::error_already_set();
     });
     return *this;
@@ -32,7 +32,7 @@ class FLASH_SESSION {
     py::list list;
     const PGMDEV_FLASH_MANAGER& manager = open();
     for (DWORD i = 0; i < manager.get_flash_count(); ++i) {
-      list.append(to_python(cli::flash_record_json(manager.get_flash_database()[i])));
+      list.append(to_python(answers::flash_record_json(manager.get_flash_database()[i])));
     }
     return list;
   }
@@ -42,7 +42,7 @@ class FLASH_SESSION {
     PGMDEV_FLASH_MANAGER& manager = open();
     py::list found;
     for (py::handle id : ids) {
-      const std::vector<BYTE> bytes = cli::parse_id(py::str(id));
+      const std::vector<BYTE> bytes = answers::parse_id(py::str(id));
       BYTE read_out[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
       std::copy(bytes.begin(), bytes.end(), read_out);
       if (!manager.flash_id_database_mapping(silicon, 0, read_out)) {
@@ -50,7 +50,7 @@ class FLASH_SESSION {
         continue;
       }
       const DWORD index = manager.get_flash_mapping_index(0, false);
-      found.append(to_python(cli::flash_record_json(manager.get_flash_database()[index])));
+      found.append(to_python(answers::flash_record_json(manager.get_flash_database()[index])));
     }
     return found;
   }
@@ -58,16 +58,18 @@ class FLASH_SESSION {
   // Why no loaded record answers an identifier, or None when one does.
   py::object explain(const std::string& id, bool silicon) {
     PGMDEV_FLASH_MANAGER& manager = open();
-    const std::vector<BYTE> bytes = cli::parse_id(id);
+    const std::vector<BYTE> bytes = answers::parse_id(id);
     BYTE read_out[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
     std::copy(bytes.begin(), bytes.end(), read_out);
     if (manager.flash_id_database_mapping(silicon, 0, read_out)) return py::none();
-    return to_python(cli::flash_explanation_json(manager.explain_unanswered_id(silicon, read_out)));
+    return to_python(
+        answers::flash_explanation_json(manager.explain_unanswered_id(silicon, read_out)));
   }
 
  private:
   PGMDEV_FLASH_MANAGER& open() const {
-    if (!m_manager) throw cli::CliError("the flash manager is closed: use it in a with block");
+    if (!m_manager)
+      throw answers::QueryError("the flash manager is closed: use it in a with block");
     return *m_manager;
   }
 
@@ -76,11 +78,11 @@ class FLASH_SESSION {
 
 // The fields text of a definition ("@" before each of the 33 columns, "@" at the end).
 std::string fields_text(const py::dict& record) {
-  const nlohmann::ordered_json columns = cli::flash_record_json(PGMDEV_SFL_FLASH_INFO{});
+  const nlohmann::ordered_json columns = answers::flash_record_json(PGMDEV_SFL_FLASH_INFO{});
   std::string text;
   for (const auto& column : columns.items()) {
     if (!record.contains(column.key())) {
-      throw cli::CliError("the definition has no column '" + column.key() + "'");
+      throw answers::QueryError("the definition has no column '" + column.key() + "'");
     }
     const py::handle value = record[py::str(column.key())];
     text += '@';
@@ -99,11 +101,12 @@ std::string seal(const py::object& definition) {
                                  : definition.cast<std::string>();
   std::string why;
   std::string value = PGMDEV_FLASH_MANAGER::seal_user_flash(fields, &why);
-  if (value.empty()) throw cli::CliError("the definition did not encode: " + why);
+  if (value.empty()) throw answers::QueryError("the definition did not encode: " + why);
   // A value that would not load is refused, as `pgmdev flash check` would refuse it.
-  const nlohmann::ordered_json verdict = cli::flash_check_json(value);
+  const nlohmann::ordered_json verdict = answers::flash_check_json(value);
   if (!verdict["loads"].get<bool>()) {
-    throw cli::CliError("the definition would not load: " + verdict["reason"].get<std::string>());
+    throw answers::QueryError("the definition would not load: " +
+                              verdict["reason"].get<std::string>());
   }
   return value;
 }
@@ -112,7 +115,7 @@ std::string decode(const std::string& value) {
   std::string why;
   std::string text = PGMDEV_FLASH_MANAGER::decode_user_flash(value, &why);
   if (text.empty()) {
-    throw cli::CliError("the value does not decode" + (why.empty() ? "" : ": " + why));
+    throw answers::QueryError("the value does not decode" + (why.empty() ? "" : ": " + why));
   }
   return text;
 }
@@ -120,7 +123,7 @@ std::string decode(const std::string& value) {
 std::string encode(const std::string& text) {
   std::string why;
   std::string value = PGMDEV_FLASH_MANAGER::encode_user_flash(text, &why);
-  if (value.empty()) throw cli::CliError("the text did not encode: " + why);
+  if (value.empty()) throw answers::QueryError("the text did not encode: " + why);
   return value;
 }
 
@@ -156,7 +159,7 @@ void bind_flash(py::module_& m) {
         "definition that would not load.");
   m.def(
       "flash_check",
-      [](const std::string& value) { return to_python(cli::flash_check_json(value)); },
+      [](const std::string& value) { return to_python(answers::flash_check_json(value)); },
       py::arg("value"),
       "Whether a configuration value would load, as `pgmdev flash check --json` says:\n"
       "{'loads', 'refused_at', 'reason', 'record' (or 'fields')}.");
@@ -165,7 +168,9 @@ void bind_flash(py::module_& m) {
 void bind_sfdp(py::module_& m) {
   m.def(
       "sfdp_read",
-      [](const std::string& path) { return to_python(cli::tables_json(cli::read_dump(path))); },
+      [](const std::string& path) {
+        return to_python(answers::tables_json(answers::read_dump(path)));
+      },
       py::arg("path"), "The tables of an SFDP dump file (raw, hexdump -C, xxd or plain hex).");
   m.def(
       "sfdp_derive",
@@ -175,8 +180,8 @@ void bind_sfdp(py::module_& m) {
         choices.device_name = std::move(name);
         choices.asc_voltage = std::move(voltage);
         if (dies) choices.die_count = BYTE(*dies);
-        const PGMDEV_SFDP sfdp = cli::read_dump(path);
-        return to_python(cli::definition_json(sfdp, cli::derive(sfdp, id, choices)));
+        const PGMDEV_SFDP sfdp = answers::read_dump(path);
+        return to_python(answers::definition_json(sfdp, answers::derive(sfdp, id, choices)));
       },
       py::arg("path"), py::arg("id"), py::kw_only(), py::arg("name") = py::none(),
       py::arg("voltage") = py::none(), py::arg("dies") = py::none(),

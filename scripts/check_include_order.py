@@ -4,7 +4,9 @@
 Layers, bottom up: platform/ -> pgm/pgmdev/{base, codec, naming | dev_info | flash,
 flash_ini, hps}/ -> h/ -> tools/. Each public header of h/ belongs to the layer whose
 objects it declares, so a subsystem may include the public header of a layer it builds on
-and no other. Usage: check_include_order.py SOURCE_DIR
+and no other. The front ends see the public API only (h/ and the platform headers installed
+with it): tools/answers that alone, tools/pgmdev and python/ also the answers.
+Usage: check_include_order.py SOURCE_DIR
 """
 import pathlib
 import re
@@ -56,10 +58,21 @@ def headers_in(folder):
     return {p.name for p in folder.glob("*.h")}
 
 
+def installed_platform(root):
+    """platform.h and what it includes, installed beside the public headers."""
+    header = root / "platform" / "platform.h"
+    if not header.is_file():
+        return set()
+    names = {m.group(1) for m in map(INCLUDE.match, header.read_text().splitlines()) if m}
+    return names | {"platform.h"}
+
+
 def check(root):
     platform = headers_in(root / "platform")
     public = headers_in(root / "h")
-    tool_headers = headers_in(root / "tools" / "pgmdev")
+    answers = headers_in(root / "tools" / "answers")
+    api = public | installed_platform(root)
+    front_ends = ("tools/answers/", "tools/pgmdev/", "python/")
     problems = []
     unknown = sorted(public - PUBLIC.keys())
     if unknown:
@@ -72,6 +85,16 @@ def check(root):
             if name == "pgmdev_build_config.h" and not rel.startswith(BUILD_CONFIG_USERS):
                 return "a build-tree header"
             return None
+        if rel.startswith(front_ends):
+            if target in api or target in local:
+                return None
+            if rel.startswith("tools/answers/"):
+                return "an internal header (the answers use the public API only)"
+            if target in answers:
+                return None
+            if rel.startswith("tools/pgmdev/"):
+                return "an internal header (the CLI uses the public API and the answers only)"
+            return "an internal header (the module uses the public API and the answers only)"
         if target in platform:
             return None
         if folder == "platform":
@@ -80,17 +103,8 @@ def check(root):
             if "/" in target or target not in public:
                 return "an internal header in the public API"
             return None
-        if rel.startswith("tools/pgmdev/"):
-            if target in public or target in local:
-                return None
-            return "an internal header (the CLI uses the public API only)"
         if folder == "tools":
             return None  # build-time tools link the static library
-        if folder == "python":
-            # The module answers as the tool does, through the tool's own headers.
-            if target in public or target in local or target in tool_headers:
-                return None
-            return "an internal header (the module uses the public API and the tool's answers)"
         # Inside pgm/pgmdev/<layer>/.
         layer = rel.split("/")[2]
         allowed = BELOW[layer] | {layer}

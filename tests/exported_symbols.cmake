@@ -1,5 +1,7 @@
 # The shared library exports its public API and nothing of the internal pgmdev:: namespace:
-# fails on any such symbol in `nm -DC`, and when a known public symbol is missing.
+# fails on any such symbol in `nm -DC`, and when a known public symbol is missing. With
+# MODULE, the Python module must hold the answers alone: nothing of the command line (CLI11,
+# the tool's commands).
 foreach(var LIBRARY NM)
   if(NOT ${var})
     message(FATAL_ERROR "exported_symbols: ${var} is not set")
@@ -34,3 +36,17 @@ foreach(public "PGMDEV_FLASH_MANAGER::PGMDEV_FLASH_MANAGER" "PGMDEV_DEV_INFO_MAN
   endif()
 endforeach()
 message(STATUS "exported_symbols: no internal symbol among the exports of ${LIBRARY}")
+
+if(MODULE)
+  execute_process(COMMAND "${NM}" -C "${MODULE}" RESULT_VARIABLE result
+                  OUTPUT_VARIABLE module_symbols ERROR_VARIABLE errors)
+  if(NOT result EQUAL 0)
+    message(FATAL_ERROR "exported_symbols: ${NM} failed (${result}): ${errors}")
+  endif()
+  string(REGEX MATCHALL "[^\n]*(CLI::|pgmdev::cli::)[^\n]*" command_line "${module_symbols}")
+  if(command_line)
+    list(GET command_line 0 first)
+    message(FATAL_ERROR "exported_symbols: ${MODULE} holds the command line, e.g. ${first}")
+  endif()
+  message(STATUS "exported_symbols: nothing of the command line in ${MODULE}")
+endif()

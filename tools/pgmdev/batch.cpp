@@ -57,15 +57,15 @@ void run_batch(std::istream& in, std::ostream& out, bool json, const BatchQuery&
     if (!line.empty() && line.back() == '\r') line.pop_back();
     try {
       out << answer_line(json, line, query(line)) << '\n';
-    } catch (const CliError& error) {
+    } catch (const QueryError& error) {
       ++failed;
       out << error_line(json, line, error.what()) << '\n';
     }
   }
   out.flush();
   if (failed != 0) {
-    throw CliError(std::to_string(failed) + " of " + std::to_string(lines) +
-                   " queries found no answer");
+    throw QueryError(std::to_string(failed) + " of " + std::to_string(lines) +
+                     " queries found no answer");
   }
 }
 

@@ -70,7 +70,7 @@ void require_matchable(const std::vector<const PGMDEV_SFL_FLASH_INFO*>& records,
         if (name.compare(0, start.size(), start) == 0 && close.size() < 5) close.push_back(name);
       }
     }
-    throw CliError("no flash chip's name holds '" + filter.name + "'", close);
+    throw QueryError("no flash chip's name holds '" + filter.name + "'", close);
   }
   if (!filter.size.empty()) {
     std::sort(sizes.begin(), sizes.end());
@@ -103,7 +103,7 @@ std::string gate_text(const PGMDEV_SFL_FLASH_INFO& r) {
 
 void list_flash(const Options& options, const FlashFilter& filter) {
   if (!filter.size.empty() && filter.size.find_first_not_of("0123456789") != std::string::npos) {
-    throw CliError("--size takes a whole number of Mbit, not '" + filter.size + "'");
+    throw QueryError("--size takes a whole number of Mbit, not '" + filter.size + "'");
   }
   const std::unique_ptr<PGMDEV_FLASH_MANAGER> manager = load_flash_manager(1);
   const PGMDEV_SFL_FLASH_INFO* records = manager->get_flash_database();
@@ -138,33 +138,13 @@ struct IdRequest {
   std::vector<BYTE> bytes;
 };
 
-}  // namespace
-
-std::vector<BYTE> parse_id(const std::string& text) {
-  std::string digits = text;
-  if (digits.rfind("0x", 0) == 0 || digits.rfind("0X", 0) == 0) digits = digits.substr(2);
-  const bool hex =
-      !digits.empty() && digits.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
-  if (!hex || digits.size() % 2 != 0 || digits.size() / 2 > PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE) {
-    throw CliError("'" + text +
-                   "' is not an identifier: give 1 to 3 bytes as hex digits, e.g. EF4018");
-  }
-  std::vector<BYTE> bytes;
-  for (size_t i = 0; i < digits.size(); i += 2) {
-    bytes.push_back(static_cast<BYTE>(std::stoul(digits.substr(i, 2), nullptr, 16)));
-  }
-  return bytes;
-}
-
-namespace {
-
 // The message of an identifier no loaded record answers: what would answer it, and why not.
 std::string not_found_text(const std::string& id, const PGMDEV_FLASH_ID_EXPLANATION& why) {
   return "no flash record answers " + id + ": " + why.text;
 }
 
 void identify(const Options& options, const std::vector<IdRequest>& requests) {
-  if (requests.empty()) throw CliError("give --device-id HEX or --silicon-id HEX");
+  if (requests.empty()) throw QueryError("give --device-id HEX or --silicon-id HEX");
   const std::unique_ptr<PGMDEV_FLASH_MANAGER> loaded =
       load_flash_manager(static_cast<DWORD>(requests.size()));
   PGMDEV_FLASH_MANAGER& manager = *loaded;
@@ -199,7 +179,7 @@ void identify(const Options& options, const std::vector<IdRequest>& requests) {
   } else {
     table.print(std::cout);
   }
-  if (!unmatched.empty()) throw CliError(unmatched);
+  if (!unmatched.empty()) throw QueryError(unmatched);
 }
 
 // A batch line is a Device-ID read-out, or "silicon " and a Silicon-ID byte; each line is
@@ -214,7 +194,7 @@ void identify_batch(const Options& options) {
     BYTE id[PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE] = {};
     std::copy(bytes.begin(), bytes.end(), id);
     if (!manager.flash_id_database_mapping(by_silicon, 0, id)) {
-      throw CliError(not_found_text(text, manager.explain_unanswered_id(by_silicon, id)));
+      throw QueryError(not_found_text(text, manager.explain_unanswered_id(by_silicon, id)));
     }
     const DWORD index = manager.get_flash_mapping_index(0, false);
     return nlohmann::ordered_json{
@@ -240,7 +220,7 @@ void register_identify(CLI::App* flash, Options& options) {
   cmd->callback([&options, cmd, device_option, silicon_option, device_ids, silicon_ids, batch] {
     if (*batch) {
       if (!device_ids->empty() || !silicon_ids->empty()) {
-        throw CliError("give identifiers on standard input or on the command line, not both");
+        throw QueryError("give identifiers on standard input or on the command line, not both");
       }
       return identify_batch(options);
     }
@@ -295,7 +275,7 @@ void register_flash_commands(CLI::App& app, Options& options) {
       "check", "Decode a user flash definition value and say whether it would load");
   check->add_option("VALUE", *value, "The value of PGM_3RD_PARTY_FLASH_INI")->required();
   add_json_flag(check, options);
-  check->callback([&options, value] { check_flash_value(options, *value); });
+  check->callback([&options, value] { check_flash_value(options.json, *value); });
 
   register_flash_sfdp_command(flash, options);
 }

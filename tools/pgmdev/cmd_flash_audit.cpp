@@ -34,19 +34,19 @@ void add_dumps(PGMDEV_SFDP_AUDIT& audit, const std::filesystem::path& folder) {
         if (cells[i] == "line") line_column = i;
       }
       if (file_column == std::string::npos || id_column == std::string::npos) {
-        throw CliError("index.tsv: the header names no 'file' and 'jedec_id' columns");
+        throw QueryError("index.tsv: the header names no 'file' and 'jedec_id' columns");
       }
       continue;
     }
     const std::string where = "index.tsv line " + std::to_string(number);
     if (cells.size() <= std::max(file_column, id_column) || cells[id_column].size() < 6) {
-      throw CliError(where + ": no file or identifier");
+      throw QueryError(where + ": no file or identifier");
     }
     std::vector<BYTE> id;
     for (size_t i = 0; i < 6; i += 2) {
       const std::string pair = cells[id_column].substr(i, 2);
       if (pair.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
-        throw CliError(where + ": '" + cells[id_column] + "' is not an identifier");
+        throw QueryError(where + ": '" + cells[id_column] + "' is not an identifier");
       }
       id.push_back(BYTE(std::stoul(pair, nullptr, 16)));
     }
@@ -57,7 +57,7 @@ void add_dumps(PGMDEV_SFDP_AUDIT& audit, const std::filesystem::path& folder) {
           file, id, PGMDEV_SFDP(PGMDEV_SFDP::dump_bytes(read_input_file((folder / file).string()))),
           chip_line);
     } catch (const PGMDEV_SFDP_ERROR& error) {
-      throw CliError(file + ": " + error.what());
+      throw QueryError(file + ": " + error.what());
     }
   }
 }
@@ -130,7 +130,7 @@ void run_audit(const Options& options, const std::string& folder) {
     if (!misses.empty()) misses.print(std::cout);
     std::cout << summary << '\n';
   }
-  if (count != 0 || missed != 0) throw CliError(summary);
+  if (count != 0 || missed != 0) throw QueryError(summary);
 }
 
 }  // namespace

@@ -24,10 +24,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void require_source(const std::string& path) {
-  if (!fs::is_regular_file(path)) throw DataFileError("no source table at " + path);
-}
-
 // The files written, reported together once the command has done its work.
 using Written = std::vector<std::string>;
 
@@ -38,15 +34,6 @@ void report_written(const Options& options, const Written& written) {
   }
   for (const std::string& path : written) std::cout << "wrote " << path << '\n';
 }
-
-void make_folder(const fs::path& folder) {
-  std::error_code error;
-  if (!folder.empty()) fs::create_directories(folder, error);
-  if (error) throw CliError("cannot make the folder " + folder.string() + ": " + error.message());
-}
-
-// The output's folder is made when missing, as `generate all` makes its tree.
-void make_output_folder(const std::string& out) { make_folder(fs::path(out).parent_path()); }
 
 // Runs a generator; when it stops, the output is named as left alone before the report.
 template <class GENERATE>
@@ -61,39 +48,6 @@ void generating(const std::string& out, GENERATE generate) {
   }
 }
 
-}  // namespace
-
-void generate_device_info(const std::string& csv, const std::string& out,
-                          const std::string& install_dir) {
-  require_source(csv);
-  // The generator reads the parts list from the installation directory.
-  if (!install_dir.empty()) cfg_set_value("PGMDEV_INSTALL_DIR", install_dir);
-  const std::string parts = gen_get_korvel_path() + "/h/pgm_parts.txt";
-  if (!fs::is_regular_file(parts)) throw DataFileError("no parts list at " + parts);
-  // A family without a row is a notice for the maintainer running this, not a mail.
-  PGM_COMMON::set_email_hook([](const std::string&, const std::string& text, const std::string&) {
-    say_notice(text.substr(0, text.find('\n')));
-  });
-  make_output_folder(out);
-  generating(out, [&] {
-    const LibraryMessages messages;
-    PGMDEV_DEV_INFO_MANAGER manager(true, 0);
-    manager.generate_device_database(csv, out);
-  });
-}
-
-void generate_flash(const std::string& csv, const std::string& out) {
-  require_source(csv);
-  make_output_folder(out);
-  generating(out, [&] {
-    const LibraryMessages messages;
-    PGMDEV_FLASH_MANAGER manager(false, 1, true, false);
-    manager.generate_flash_database(FIO_PATH(csv), FIO_PATH(out));
-  });
-}
-
-namespace {
-
 // The two database files of a share/pgmdev tree, below its top.
 const char* const DATABASE_FILES[] = {PGMDEV_DEV_INFO_MANAGER::DATABASE_FILE,
                                       PGMDEV_FLASH_MANAGER::DATABASE_FILE};
@@ -102,7 +56,7 @@ std::vector<BYTE> file_bytes(const fs::path& path) {
   std::ifstream input(path, std::ios::binary);
   std::vector<BYTE> bytes((std::istreambuf_iterator<char>(input)),
                           std::istreambuf_iterator<char>());
-  if (input.bad()) throw CliError("cannot read " + path.string());
+  if (input.bad()) throw QueryError("cannot read " + path.string());
   return bytes;
 }
 
@@ -114,8 +68,8 @@ class ASIDE_FOLDER {
       : m_path(tree / (".generate-" + std::to_string(::getpid()))) {
     std::error_code ignored;
     fs::remove_all(m_path, ignored);
-    make_folder(m_path / "h");
-    make_folder(m_path / "programmer");
+    make_folder((m_path / "h").string());
+    make_folder((m_path / "programmer").string());
   }
   ~ASIDE_FOLDER() {
     std::error_code ignored;
@@ -135,17 +89,19 @@ void generate_all(const std::string& data, const std::string& out_option, Writte
   require_source(parts_source.string());
   require_source((fs::path(data) / "pgm_dev_info.csv").string());
   require_source((fs::path(data) / "pgm_flash.csv").string());
-  make_folder(out / "programmer");
-  make_folder(out / "h");
+  make_folder((out / "programmer").string());
+  make_folder((out / "h").string());
   const ASIDE_FOLDER aside(out);
   const std::vector<BYTE> parts = file_bytes(parts_source);
   fs::copy_file(parts_source, aside.path() / "h" / "pgm_parts.txt");  // the generator's input
   generating(out.string(), [&] {
-    generate_device_info((fs::path(data) / "pgm_dev_info.csv").string(),
-                         aside.path().string() + PGMDEV_DEV_INFO_MANAGER::DATABASE_FILE,
-                         aside.path().string());
-    generate_flash((fs::path(data) / "pgm_flash.csv").string(),
-                   aside.path().string() + PGMDEV_FLASH_MANAGER::DATABASE_FILE);
+    const std::string device_info = aside.path().string() + PGMDEV_DEV_INFO_MANAGER::DATABASE_FILE;
+    generating(device_info, [&] {
+      generate_device_info((fs::path(data) / "pgm_dev_info.csv").string(), device_info,
+                           aside.path().string());
+    });
+    const std::string flash = aside.path().string() + PGMDEV_FLASH_MANAGER::DATABASE_FILE;
+    generating(flash, [&] { generate_flash((fs::path(data) / "pgm_flash.csv").string(), flash); });
   });
   PGMDEV_FILE_SET tree;
   std::string error;
@@ -156,7 +112,7 @@ void generate_all(const std::string& data, const std::string& out_option, Writte
   }
   std::string note;
   if (!ready || !tree.replace_all(error, note)) {
-    throw CliError(error + "; the tree " + out.string() + " was left as it was");
+    throw QueryError(error + "; the tree " + out.string() + " was left as it was");
   }
   if (!note.empty()) say_warning(note);
   written.push_back(parts_out.string());
@@ -183,7 +139,7 @@ void register_generate_commands(CLI::App& app, Options& options) {
       "Folder whose h/pgm_parts.txt is the parts list (default: the installation's)");
   add_json_flag(device, options);
   device->callback([&options, args] {
-    generate_device_info(args->csv, args->out, args->install_dir);
+    generating(args->out, [&] { generate_device_info(args->csv, args->out, args->install_dir); });
     report_written(options, {args->out});
   });
 
@@ -193,7 +149,7 @@ void register_generate_commands(CLI::App& app, Options& options) {
   flash->add_option("OUT", args->out, "Database file to write")->required();
   add_json_flag(flash, options);
   flash->callback([&options, args] {
-    generate_flash(args->csv, args->out);
+    generating(args->out, [&] { generate_flash(args->csv, args->out); });
     report_written(options, {args->out});
   });
 

@@ -61,7 +61,7 @@ Chip ask_chip(std::istream& input, std::string& script) {
     if (field == "device_name") chip.device_name = PGMDEV_FLASH_DEFINITION::normalise(answer);
   }
   std::string line;
-  if (!definition.finish(line, reason)) throw CliError("the chip is refused: " + reason);
+  if (!definition.finish(line, reason)) throw QueryError("the chip is refused: " + reason);
   return chip;
 }
 
@@ -77,7 +77,7 @@ std::string make_value(const std::string& script) {
     if (line.rfind("INI : ", 0) == 0) return line.substr(6);
     if (!line.empty()) last = line;
   }
-  throw CliError("no value was made (" + last + ")");
+  throw QueryError("no value was made (" + last + ")");
 }
 
 std::string chip_text(const Chip& chip) { return chip.manufacturer_name + " " + chip.device_name; }
@@ -89,7 +89,7 @@ std::string ask_line(std::istream& input, const std::string& prompt) {
   std::string line;
   if (!std::getline(input, line)) {
     std::cerr << '\n';
-    throw CliError("input ended; nothing was defined");
+    throw QueryError("input ended; nothing was defined");
   }
   return line;
 }

@@ -4,11 +4,10 @@
 
 #include <iosfwd>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "cli.h"
-#include "pgmdev_sfdp.h"
+#include "sfdp_dump.h"
 
 namespace pgmdev::cli {
 
@@ -17,18 +16,6 @@ struct SfdpDefineRequest {
   std::string id;
   std::string name;
 };
-
-// The tables of a dump file (any of the forms the reader takes); a CliError naming the file
-// when it cannot be read.
-PGMDEV_SFDP read_dump(const std::string& file);
-// The definition from the tables and the 3 identifier bytes (hex text); a CliError when it
-// cannot be derived.
-PGMDEV_SFDP_DEFINITION derive(const PGMDEV_SFDP& sfdp, const std::string& id,
-                              const PGMDEV_SFDP_CHOICES& choices);
-// What the tables hold, and the definition with its sources, warnings and tables.
-nlohmann::ordered_json tables_json(const PGMDEV_SFDP& sfdp);
-nlohmann::ordered_json definition_json(const PGMDEV_SFDP& sfdp,
-                                       const PGMDEV_SFDP_DEFINITION& definition);
 
 void register_flash_sfdp_command(CLI::App* flash, Options& options);
 // `flash audit`, registered with `flash sfdp`.

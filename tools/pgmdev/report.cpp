@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli.h"
+#include "failure.h"
 #include "platform.h"
 #include "suggest.h"
 
@@ -21,28 +22,6 @@ std::vector<std::string> g_notes;  // said after the report
 // A failed write is reported softly with its reason and then fails the generator with a
 // bare status; the held sentence, which says why, stands for both.
 std::string g_held_write;
-
-std::string context_value(const CONTEXT& context, const std::string& name) {
-  for (auto it = context.rbegin(); it != context.rend(); ++it) {
-    if (it->first == name) return it->second;
-  }
-  return "";
-}
-
-bool has(const CONTEXT& context, const std::string& name) {
-  for (const auto& entry : context) {
-    if (entry.first == name) return true;
-  }
-  return false;
-}
-
-// "row 12, column memory_id, cell 'ZZ'": the place of a bad cell in a source table.
-std::string cell_place(const CONTEXT& context) {
-  std::string place = "row " + context_value(context, "row");
-  if (has(context, "column")) place += ", column " + context_value(context, "column");
-  if (has(context, "cell")) place += ", cell '" + context_value(context, "cell") + "'";
-  return place;
-}
 
 // Arguments too long to echo whole; a message that quotes one gets its start and length.
 std::vector<std::string> g_long_arguments;
@@ -81,70 +60,6 @@ std::string help_footer() {
          "  3  internal error (a broken invariant of the library)\n"
          "  4  a data file is missing, unreadable, corrupt or stale, or a target cannot be\n"
          "     written (the message names it)\n";
-}
-
-Failure describe_library_failure(const std::string& condition, const std::string& module, int line,
-                                 const CONTEXT& context) {
-  std::string detail = " (" + condition;
-  if (!module.empty()) detail += "; " + module;
-  if (line > 0) detail += " line " + std::to_string(line);
-  detail += ")";
-  // The innermost kind of place decides: writing a file, a cell of a table, a data file.
-  for (auto it = context.rbegin(); it != context.rend(); ++it) {
-    const std::string& kind = it->first;
-    if (kind == "configuration file") return {EXIT_USER_ERROR, condition};  // a whole sentence
-    if (kind == "output") {
-      return {EXIT_DATA_FILE, "cannot write the database file " + it->second +
-                                  "; check that it is a regular file in a folder you can "
-                                  "write" +
-                                  detail};
-    }
-    if (kind == "table") {
-      if (has(context, "cells")) {  // a short line of the parts list, thrown without a report
-        return {EXIT_USER_ERROR,
-                "the parts list " + it->second + " has a line of " +
-                    context_value(context, "cells") + " cells at row " +
-                    context_value(context, "row") + ", fewer than the 7 a part needs: '" +
-                    context_value(context, "cell") + "'; correct it and run again"};
-      }
-      if (!has(context, "row")) {
-        return {EXIT_USER_ERROR, "the source table " + it->second +
-                                     " is refused as a whole; check that it is readable and "
-                                     "has its rows" +
-                                     detail};
-      }
-      return {EXIT_USER_ERROR, "the source table " + it->second + " has a bad value at " +
-                                   cell_place(context) + "; correct it and run again" + detail};
-    }
-    if (kind == "file" && has(context, "output")) {
-      // The new file read back before it replaces the old one: the table made it so.
-      return {EXIT_USER_ERROR, "the source table " + context_value(context, "table") +
-                                   " gives a database file that its loader refuses; correct "
-                                   "the table and run again" +
-                                   detail};
-    }
-    if (kind == "file") {
-      // The outermost name is the one the user gave (a dump reads through a scratch copy).
-      const std::string& file = std::find_if(context.begin(), context.end(), [](const auto& e) {
-                                  return e.first == "file";
-                                })->second;
-      const std::string rebuild =
-          "; rebuild it with 'pgmdev generate all' or set PGMDEV_DEVICE_DB_DIR";
-      if (has(context, "expected magic")) {
-        // Another file in its place: its magic says so better than the long condition.
-        const std::string expected = context_value(context, "expected magic");
-        return {EXIT_DATA_FILE,
-                "the data file " + file + " is not a " +
-                    (expected == "PGMIO_FM" ? "flash database" : "device information") +
-                    " file (magic '" + context_value(context, "magic") + "', expected '" +
-                    expected + "')" + rebuild};
-      }
-      return {EXIT_DATA_FILE,
-              "the data file " + file + " is unreadable, corrupt or stale" + rebuild + detail};
-    }
-  }
-  return {EXIT_INTERNAL_ERROR,
-          "internal error: a check inside the library failed; please report it" + detail};
 }
 
 int report_exception(const std::exception_ptr& error, bool answer_in_json) {
@@ -195,14 +110,14 @@ Failure report_first(const std::exception_ptr& error) {
     std::rethrow_exception(error);
   } catch (const DataFileError& failure) {
     return {EXIT_DATA_FILE, failure.what()};
-  } catch (const CliError& failure) {
+  } catch (const QueryError& failure) {
     return {g_data_file_warning ? EXIT_DATA_FILE : EXIT_USER_ERROR,
             failure.what() + did_you_mean(failure.suggestions())};
   } catch (const MSG_INTERNAL_ERROR_EXCEPTION& failure) {
     const MSG_INTERNAL_ERROR_INFO& info = failure.info();
     const Failure described =
         describe_library_failure(info.condition, info.source_file, info.line, info.context);
-    const bool write_failed = has(info.context, "output") && !g_held_write.empty();
+    const bool write_failed = context_has(info.context, "output") && !g_held_write.empty();
     const Failure reported = {described.exit_code, write_failed ? g_held_write : described.message};
     g_held_write.clear();
     return reported;
@@ -222,7 +137,7 @@ void install_report_hook() {
         describe_library_failure(info.condition, info.source_file, info.line, info.context);
     if (described.exit_code == EXIT_DATA_FILE) g_data_file_warning = true;
     say_held_warnings();
-    if (has(info.context, "output")) {
+    if (context_has(info.context, "output")) {
       g_held_write = described.message;
       return;
     }

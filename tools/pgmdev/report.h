@@ -3,32 +3,15 @@
 
 #include <exception>
 #include <string>
-#include <utility>
-#include <vector>
+
+#include "failure.h"
 
 namespace pgmdev::cli {
 
-enum EXIT_CODE {
-  EXIT_OK = 0,
-  EXIT_USER_ERROR = 1,      // not found, or bad input
-  EXIT_USAGE_ERROR = 2,     // the command line itself
-  EXIT_INTERNAL_ERROR = 3,  // a broken invariant of the library
-  EXIT_DATA_FILE = 4,       // a data file missing, unreadable, corrupt or stale
-};
+using namespace answers;
 
 // The exit codes and environment variables, as `pgmdev --help` ends.
 std::string help_footer();
-
-using CONTEXT = std::vector<std::pair<std::string, std::string>>;
-
-// A failure reported by the library with where it stood (file, row, column, cell): the
-// sentence for the user, with the condition text and its module in parentheses.
-struct Failure {
-  int exit_code;
-  std::string message;
-};
-Failure describe_library_failure(const std::string& condition, const std::string& module, int line,
-                                 const CONTEXT& context);
 
 // Arguments longer than 200 characters are not echoed whole: a message that quotes one
 // keeps its first 40 characters and says how long it was.

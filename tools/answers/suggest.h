@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace pgmdev::cli {
+namespace pgmdev::answers {
 
 // Case-blind edit distance (insertions, deletions, substitutions and swaps of neighbours),
 // or `limit + 1` as soon as it is known to exceed `limit`.
@@ -18,4 +18,4 @@ std::vector<std::string> suggest(const std::string& word,
 // "; did you mean A, B or C?" or "" when there is nothing to suggest.
 std::string did_you_mean(const std::vector<std::string>& suggestions);
 
-}  // namespace pgmdev::cli
+}  // namespace pgmdev::answers

@@ -10,7 +10,7 @@
 #include "pgmdev_flash_manager.h"
 #include "platform.h"
 
-namespace pgmdev::cli {
+namespace pgmdev::answers {
 
 namespace {
 
@@ -88,9 +88,9 @@ nlohmann::ordered_json flash_check_json(const std::string& value) {
   return verdict_json(judge(value));
 }
 
-void check_flash_value(const Options& options, const std::string& value) {
+void check_flash_value(bool json, const std::string& value) {
   const Verdict verdict = judge(value);
-  if (options.json) {
+  if (json) {
     std::cout << verdict_json(verdict).dump(2) << '\n';
   } else {
     if (verdict.has_record) {
@@ -103,7 +103,7 @@ void check_flash_value(const Options& options, const std::string& value) {
     std::cout << (verdict.has_record || !verdict.fields.empty() ? "\n" : "")
               << (verdict.loads ? "loads: yes" : "loads: no, " + verdict.reason) << '\n';
   }
-  if (!verdict.loads) throw CliError("the definition would not load: " + verdict.reason);
+  if (!verdict.loads) throw QueryError("the definition would not load: " + verdict.reason);
 }
 
-}  // namespace pgmdev::cli
+}  // namespace pgmdev::answers

@@ -6,7 +6,7 @@
 #include <set>
 #include <tuple>
 
-namespace pgmdev::cli {
+namespace pgmdev::answers {
 
 namespace {
 
@@ -80,4 +80,4 @@ std::string did_you_mean(const std::vector<std::string>& suggestions) {
   return text + "?";
 }
 
-}  // namespace pgmdev::cli
+}  // namespace pgmdev::answers

@@ -1,4 +1,4 @@
-// Output of the pgmdev tool: aligned tables, field lists and JSON documents.
+// Output of the answers: aligned tables, field lists and JSON documents.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -10,7 +10,7 @@
 
 #include "pgm_types.h"
 
-namespace pgmdev::cli {
+namespace pgmdev::answers {
 
 // A table printed with aligned columns under a header line.
 class Table {
@@ -85,4 +85,4 @@ bool parse_hex(const std::string& text, unsigned long long& value);
 // "0x" and upper-case hexadecimal digits, at least `digits` of them.
 std::string hex_text(QWORD value, int digits = 8);
 
-}  // namespace pgmdev::cli
+}  // namespace pgmdev::answers

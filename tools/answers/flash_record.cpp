@@ -1,9 +1,11 @@
-// Formats the 33 columns of a serial flash record.
+// Formats the 33 columns of a serial flash record; reads an identifier from hex text.
 #include "flash_record.h"
 
 #include <set>
 
-namespace pgmdev::cli {
+#include "answers.h"
+
+namespace pgmdev::answers {
 
 nlohmann::ordered_json flash_record_json(const PGMDEV_SFL_FLASH_INFO& r) {
   nlohmann::ordered_json record = nlohmann::ordered_json::object();
@@ -61,4 +63,20 @@ nlohmann::ordered_json flash_explanation_json(const PGMDEV_FLASH_ID_EXPLANATION&
           {"text", explanation.text}};
 }
 
-}  // namespace pgmdev::cli
+std::vector<BYTE> parse_id(const std::string& text) {
+  std::string digits = text;
+  if (digits.rfind("0x", 0) == 0 || digits.rfind("0X", 0) == 0) digits = digits.substr(2);
+  const bool hex =
+      !digits.empty() && digits.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
+  if (!hex || digits.size() % 2 != 0 || digits.size() / 2 > PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE) {
+    throw QueryError("'" + text +
+                     "' is not an identifier: give 1 to 3 bytes as hex digits, e.g. EF4018");
+  }
+  std::vector<BYTE> bytes;
+  for (size_t i = 0; i < digits.size(); i += 2) {
+    bytes.push_back(static_cast<BYTE>(std::stoul(digits.substr(i, 2), nullptr, 16)));
+  }
+  return bytes;
+}
+
+}  // namespace pgmdev::answers

@@ -7,19 +7,19 @@
 
 #include "pgm_dev_catalog.h"
 
-namespace pgmdev::cli {
+namespace pgmdev::answers {
 
 // Every name of the catalogue, generic ones included, in enumeration order.
 std::vector<std::string> catalog_family_names();
 std::vector<std::string> catalog_device_names();
 std::vector<std::string> catalog_part_names();
 
-// `pgmdev name --json` and `pgmdev opn --json` answers; a CliError for an unknown name (with
-// the closest known names), slot or hash. An OPN question is a slot number or, with
-// `by_hash`, an OPN hash in hex.
-nlohmann::ordered_json name_json(const std::string& input);
+// `pgmdev name --json` and `pgmdev opn --json` answers; a QueryError for an unknown name
+// (with the closest known names when `with_suggestions`), slot or hash. An OPN question is a
+// slot number or, with `by_hash`, an OPN hash in hex.
+nlohmann::ordered_json name_json(const std::string& input, bool with_suggestions = true);
 nlohmann::ordered_json opn_json(const std::string& text, bool by_hash);
-// An OPN hash from hex digits (with or without 0x); a CliError for other text and for a
+// An OPN hash from hex digits (with or without 0x); a QueryError for other text and for a
 // value wider than 48 bits.
 unsigned long long parse_opn_hash(const std::string& text);
 
@@ -30,15 +30,15 @@ struct PartFilter {
   bool released_only = false, preferred_only = false, include_hidden = false;
 };
 
-// The `catalog ... --json` lists; a CliError for a family or device the catalogue lacks.
+// The `catalog ... --json` lists; a QueryError for a family or device the catalogue lacks.
 nlohmann::ordered_json families_json();
 nlohmann::ordered_json devices_json(const std::string& family_name);  // "" for every family
 nlohmann::ordered_json parts_json(PartFilter filter);
 
-// The enumeration value of a catalogue name, or a CliError naming what was asked
+// The enumeration value of a catalogue name, or a QueryError naming what was asked
 // ("family", "device", "part") with the closest known names.
 DEV_FAMILY_ENUM require_family(const std::string& name);
 DEV_DEVICE_ENUM require_device(const std::string& name);
 int require_part(const std::string& name);
 
-}  // namespace pgmdev::cli
+}  // namespace pgmdev::answers

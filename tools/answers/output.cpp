@@ -6,7 +6,7 @@
 #include <exception>
 #include <iostream>
 
-namespace pgmdev::cli {
+namespace pgmdev::answers {
 
 Table::Table(std::vector<std::string> headers) : m_headers(std::move(headers)) {}
 
@@ -153,4 +153,4 @@ std::string hex_text(QWORD value, int digits) {
   return text;
 }
 
-}  // namespace pgmdev::cli
+}  // namespace pgmdev::answers

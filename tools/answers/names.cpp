@@ -1,10 +1,10 @@
 // Catalogue names for suggestions, and look-ups that fail with them.
 #include "names.h"
 
-#include "cli.h"
+#include "answers.h"
 #include "suggest.h"
 
-namespace pgmdev::cli {
+namespace pgmdev::answers {
 
 std::vector<std::string> catalog_family_names() {
   std::vector<std::string> names;
@@ -31,7 +31,7 @@ std::vector<std::string> catalog_part_names() {
 DEV_FAMILY_ENUM require_family(const std::string& name) {
   const DEV_FAMILY_ENUM family = dstr_get_dev_family_enum_by_string(name.c_str());
   if (family == DEV_FAMILY_INVALID) {
-    throw CliError("unknown family '" + name + "'", suggest(name, catalog_family_names()));
+    throw QueryError("unknown family '" + name + "'", suggest(name, catalog_family_names()));
   }
   return family;
 }
@@ -39,7 +39,7 @@ DEV_FAMILY_ENUM require_family(const std::string& name) {
 DEV_DEVICE_ENUM require_device(const std::string& name) {
   const DEV_DEVICE_ENUM device = dstr_get_dev_device_enum_by_string(name.c_str());
   if (device == DEV_DEVICE_INVALID) {
-    throw CliError("unknown device '" + name + "'", suggest(name, catalog_device_names()));
+    throw QueryError("unknown device '" + name + "'", suggest(name, catalog_device_names()));
   }
   return device;
 }
@@ -47,9 +47,9 @@ DEV_DEVICE_ENUM require_device(const std::string& name) {
 int require_part(const std::string& name) {
   const int part = dstr_get_dev_part_enum_by_string(name.c_str());
   if (part == DEV_PART_INVALID) {
-    throw CliError("unknown part '" + name + "'", suggest(name, catalog_part_names()));
+    throw QueryError("unknown part '" + name + "'", suggest(name, catalog_part_names()));
   }
   return part;
 }
 
-}  // namespace pgmdev::cli
+}  // namespace pgmdev::answers

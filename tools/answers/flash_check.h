@@ -6,10 +6,10 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "cli.h"
+#include "answers.h"
 #include "pgmdev_flash_manager.h"
 
-namespace pgmdev::cli {
+namespace pgmdev::answers {
 
 // The `flash check --json` verdict: loads, refused_at, reason, record (or fields).
 nlohmann::ordered_json flash_check_json(const std::string& value);
@@ -19,6 +19,7 @@ nlohmann::ordered_json flash_check_json(const std::string& value);
 std::unique_ptr<PGMDEV_FLASH_MANAGER> open_flash_manager(
     DWORD slots, const std::function<void(const std::string&)>& warn);
 
-void check_flash_value(const Options& options, const std::string& value);
+// Prints the verdict (as JSON when `json`); a QueryError when the value would not load.
+void check_flash_value(bool json, const std::string& value);
 
-}  // namespace pgmdev::cli
+}  // namespace pgmdev::answers

@@ -7,9 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "output.h"
 #include "pgmdev_hps_mgr.h"
 
-namespace pgmdev::cli {
+namespace pgmdev::answers {
 
 // How one answer is checked with the flash INI conversion: hex or decimal, power of two,
 // allowed ranges, refused patterns, and the multiple from the prompt's unit to the stored one.
@@ -73,10 +74,13 @@ struct HpsFilter {
 };
 
 // The `hps list --json` answer of the SPI (or NAND) list, user definitions first, numbered
-// from 1; a CliError for a size that is not a whole number.
+// from 1; a QueryError for a size that is not a whole number.
 nlohmann::ordered_json hps_list_json(bool spi, const HpsFilter& filter);
+// The same list with its rows also added to `table`, made by `hps_list_table`.
+Table hps_list_table(bool spi);
+nlohmann::ordered_json hps_listing(bool spi, const HpsFilter& filter, Table& table);
 
-// Asks every label in turn, asking again after a refused answer; a CliError when the input
+// Asks every label in turn, asking again after a refused answer; a QueryError when the input
 // ends first.
 template <class RECORD>
 void prompt_record(const HPS_KIND<RECORD>& kind, RECORD& record, std::istream& in,
@@ -84,7 +88,7 @@ void prompt_record(const HPS_KIND<RECORD>& kind, RECORD& record, std::istream& i
 
 // Appends a record to the kind's user section; removes the INDEX-th (from 1) user record
 // and returns how many are left. Both rewrite the file under its lock. A data file that is
-// there but not valid, or whose section does not decode whole, stops them with a CliError
+// there but not valid, or whose section does not decode whole, stops them with a QueryError
 // ("<path> is not a valid flash INI data file: <reason>; it was left as it is"); with
 // `force` it is first kept as "<path>.bad-<date-time>" and then rewritten.
 template <class RECORD>
@@ -92,10 +96,10 @@ void append_user_record(const HPS_KIND<RECORD>& kind, RECORD& record, bool force
 template <class RECORD>
 size_t remove_user_record(const HPS_KIND<RECORD>& kind, size_t index, bool force);
 
-// A CliError when the data file is there but not valid (checked before a dialogue).
+// A QueryError when the data file is there but not valid (checked before a dialogue).
 void check_data_file_before_edit();
 // Says so on the standard error when the data file is there but not valid, or its SPI (or
 // NAND) section does not decode whole, so its user records would be missing; true then.
 bool warn_if_data_file_damaged(bool spi);
 
-}  // namespace pgmdev::cli
+}  // namespace pgmdev::answers

@@ -5,11 +5,11 @@
 #include <iostream>
 #include <memory>
 
-#include "cli.h"
+#include "answers.h"
 #include "output.h"
 #include "platform.h"
 
-namespace pgmdev::cli {
+namespace pgmdev::answers {
 
 namespace {
 
@@ -120,7 +120,7 @@ std::string damaged_text(const std::string& reason) {
 void keep_damaged_file(const std::string& reason) {
   std::string kept;
   std::string error;
-  if (!PGMDEV_FLASH_INI::keep_flash_ini_file(kept, error)) throw CliError(error);
+  if (!PGMDEV_FLASH_INI::keep_flash_ini_file(kept, error)) throw QueryError(error);
   say_warning(PGMDEV_FLASH_INI::get_flash_ini_path() +
               " is not a valid flash INI data file: " + reason + "; kept it as " + kept);
 }
@@ -160,7 +160,7 @@ std::vector<RECORD> decode_section(const HPS_KIND<RECORD>& kind, const std::vect
   std::vector<RECORD> records;
   const std::string reason = decode_records(kind, block, records);
   if (!reason.empty()) {
-    if (!force) throw CliError(damaged_text(reason));
+    if (!force) throw QueryError(damaged_text(reason));
     keep_damaged_file(reason);
   }
   return records;
@@ -212,16 +212,16 @@ void edit_section(const HPS_KIND<RECORD>& kind, bool force, EDIT edit) {
           edit(records);
           block = encode_section(kind, records);
           return true;
-        } catch (const CliError& error) {
+        } catch (const QueryError& error) {
           failure = error.what();
           return false;
         }
       },
       &error, !force);
-  if (!failure.empty()) throw CliError(failure);
+  if (!failure.empty()) throw QueryError(failure);
   if (!written) {
-    throw CliError(error.empty() ? "could not write " + PGMDEV_FLASH_INI::get_flash_ini_path()
-                                 : error);
+    throw QueryError(error.empty() ? "could not write " + PGMDEV_FLASH_INI::get_flash_ini_path()
+                                   : error);
   }
 }
 
@@ -235,7 +235,7 @@ void prompt_record(const HPS_KIND<RECORD>& kind, RECORD& record, std::istream& i
       out << kind.labels[i] << " : " << std::flush;
       std::string answer;
       if (!std::getline(in, answer)) {
-        throw CliError("the input ended before the definition was complete; nothing was written");
+        throw QueryError("the input ended before the definition was complete; nothing was written");
       }
       gen_remove_leading_and_trailing_white_spaces(answer);
       std::string error;
@@ -255,8 +255,8 @@ size_t remove_user_record(const HPS_KIND<RECORD>& kind, size_t index, bool force
   size_t left = 0;
   edit_section(kind, force, [&](std::vector<RECORD>& records) {
     if (index < 1 || index > records.size()) {
-      throw CliError("no user definition " + std::to_string(index) + " (there are " +
-                     std::to_string(records.size()) + ")");
+      throw QueryError("no user definition " + std::to_string(index) + " (there are " +
+                       std::to_string(records.size()) + ")");
     }
     records.erase(records.begin() + static_cast<std::ptrdiff_t>(index - 1));
     left = records.size();
@@ -277,7 +277,7 @@ template size_t remove_user_record(const HPS_KIND<PGMDEV_HPS_NAND_STRUCTURE>&, s
 
 void check_data_file_before_edit() {
   std::string reason;
-  if (!PGMDEV_FLASH_INI::check_flash_ini_file(reason)) throw CliError(damaged_text(reason));
+  if (!PGMDEV_FLASH_INI::check_flash_ini_file(reason)) throw QueryError(damaged_text(reason));
 }
 
 bool warn_if_data_file_damaged(bool spi) {
@@ -290,4 +290,4 @@ bool warn_if_data_file_damaged(bool spi) {
   return true;
 }
 
-}  // namespace pgmdev::cli
+}  // namespace pgmdev::answers

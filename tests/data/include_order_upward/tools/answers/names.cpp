@@ -1,0 +1,2 @@
+// Fixture: the answers reaching the command line of the tool.
+#include "cli.h"
