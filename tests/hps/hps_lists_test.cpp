@@ -1,7 +1,7 @@
 // HPS SPI and NAND flash lists: built-in rows, user sections, self-pointing records.
 #include <cstring>
 
-#include "flash_ini_test_support.h"
+#include "flash_ini/flash_ini_test_support.h"
 #include "hps/pgmdev_hps_builtin.h"
 #include "pgmdev_hps_mgr.h"
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "cli_run.h"
-#include "flash_test_support.h"
+#include "flash/flash_test_support.h"
 
 namespace {
 

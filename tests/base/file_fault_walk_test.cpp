@@ -12,7 +12,7 @@
 #include <map>
 
 #include "base/pgmdev_file_replace.h"
-#include "flash_test_support.h"
+#include "flash/flash_test_support.h"
 #include "pgm_fio_sys.h"
 #include "pgmdev_dev_info_manager.h"
 #include "pgmdev_file_set.h"
