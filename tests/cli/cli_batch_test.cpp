@@ -1,4 +1,5 @@
-// Batch mode of the query commands: each answer line against the same query asked alone.
+// Batch mode of the query commands: each answer line against the same query asked alone
+// (errors as answer lines are rows of the CLI case table, tests/cli).
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -86,38 +87,6 @@ TEST(CliBatch, DeviceOpnAndFlashAnswersAreTheSingleCallsAnswers) {
   EXPECT_EQ(answer["number"], slot["number"]);
   EXPECT_EQ(answer["silicon_id"], slot["silicon_id"]);
   EXPECT_EQ(answer["record"], slot["record"]);
-}
-
-TEST(CliBatch, ErrorsAreAnswersOnTheirOwnLine) {
-  const auto tsv = run_cli({"name", "--batch"}, "ZQ160SM8\nNO_SUCH\r\n\nZQ160S\n");
-  EXPECT_EQ(tsv.exit_code, 1);
-  EXPECT_EQ(tsv.err, "pgmdev: 2 of 4 queries found no answer\n");
-  const std::vector<std::string> lines = lines_of(tsv.out);
-  ASSERT_EQ(lines.size(), 4u) << tsv.out;
-  EXPECT_EQ(lines[0].rfind("ZQ160SM8\tZQ160SM8\t", 0), 0u) << lines[0];
-  EXPECT_EQ(lines[1], "NO_SUCH\terror: unknown name 'NO_SUCH'");
-  EXPECT_EQ(lines[2].rfind("\terror: ", 0), 0u) << lines[2];
-  EXPECT_EQ(lines[3].rfind("ZQ160S\t", 0), 0u) << lines[3];
-
-  const auto json_lines = run_cli({"device", "--batch", "--json"}, "chip ZQ160\nfamily NOPE\n");
-  EXPECT_EQ(json_lines.exit_code, 1);
-  const std::vector<std::string> answers = lines_of(json_lines.out);
-  ASSERT_EQ(answers.size(), 2u);
-  EXPECT_EQ(
-      json::parse(answers[0]),
-      json({{"query", "chip ZQ160"}, {"error", "'chip' is not family, device, part or pcf"}}));
-  EXPECT_EQ(json::parse(answers[1])["error"], "unknown family 'NOPE'");
-
-  const auto ids = run_cli({"flash", "identify", "--batch"}, "EF40\nXYZ\n");
-  EXPECT_EQ(ids.exit_code, 1);
-  ASSERT_EQ(lines_of(ids.out).size(), 2u);
-  EXPECT_EQ(lines_of(ids.out)[1].rfind("XYZ\terror: 'XYZ' is not an identifier", 0), 0u);
-
-  EXPECT_EQ(run_cli({"name", "--batch", "ZQ160"}).exit_code, 1);  // stdin or argument, not both
-  EXPECT_EQ(run_cli({"name"}).exit_code, 1);
-  const auto empty = run_cli({"opn", "--batch"}, "");
-  EXPECT_EQ(empty.exit_code, 0);
-  EXPECT_EQ(empty.out, "");
 }
 
 }  // namespace

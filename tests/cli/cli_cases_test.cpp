@@ -1,6 +1,7 @@
 // The tool's answers as a table: each line of tests/cli/cases.txt is a command, its exit code
 // and the files that hold what it must print (tests/cli/expected/<name>.out and .err), so a
-// change of any answer shows as a diff of those files (an empty output has no file).
+// change of any answer shows as a diff of those files (an empty output has no file); the
+// source tree's path shows in them as {source}.
 // PGMDEV_UPDATE_EXPECTED=1 rewrites them from the build for review.
 #include <gtest/gtest.h>
 
@@ -98,12 +99,22 @@ void write_or_remove(const fs::path& path, const std::string& text) {
   }
 }
 
+std::string with_source_named(std::string text) {
+  const std::string source = PGMDEV_SOURCE_DIR;
+  for (size_t at = 0; (at = text.find(source, at)) != std::string::npos;) {
+    text.replace(at, source.size(), "{source}");
+  }
+  return text;
+}
+
 TEST(CliCases, EveryCommandPrintsWhatItsFilesHold) {
   const bool update = std::getenv("PGMDEV_UPDATE_EXPECTED") != nullptr;
   const std::vector<Case> all = cases();
   ASSERT_GT(all.size(), 20u);
   for (const Case& c : all) {
-    const auto result = run_cli(c.args, c.input, c.env);
+    auto result = run_cli(c.args, c.input, c.env);
+    result.out = with_source_named(result.out);
+    result.err = with_source_named(result.err);
     const fs::path out = CASES / "expected" / (c.name + ".out");
     const fs::path err = CASES / "expected" / (c.name + ".err");
     if (update) {
