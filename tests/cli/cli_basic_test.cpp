@@ -15,8 +15,8 @@ using pgmdev::test::run_cli;
 
 TEST(CliFrame, InfoFollowsEnvironmentAndConfigurationFile) {
   namespace fs = std::filesystem;
-  const fs::path dir = fs::temp_directory_path() / ("pgmdev_cli_cfg_" + std::to_string(getpid()));
-  fs::create_directories(dir);
+  const pgmdev::test::ScratchDir scratch("cli_cfg");
+  const fs::path& dir = scratch.path();
   std::ofstream(dir / "pgmdev.ini") << "[pgmdev]\nPGMDEV_DEVICE_DB_DIR=" << dir.string() << "/db\n";
 
   auto result = run_cli({"info", "--json"}, "",
@@ -51,7 +51,6 @@ TEST(CliFrame, InfoFollowsEnvironmentAndConfigurationFile) {
         << result.err;
     EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
   }
-  fs::remove_all(dir);
 }
 
 // A query's readable answer as (name, first value) pairs: a table's headers, cut where its

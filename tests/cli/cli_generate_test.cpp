@@ -21,13 +21,8 @@ const fs::path SHARE = fs::path(PGMDEV_BINARY_DIR) / "share" / "pgmdev";
 
 class CliGenerate : public ::testing::Test {
  protected:
-  void SetUp() override {
-    m_dir = fs::temp_directory_path() / ("pgmdev_cli_gen_" + std::to_string(getpid()));
-    fs::remove_all(m_dir);
-    fs::create_directories(m_dir);
-  }
-  void TearDown() override { fs::remove_all(m_dir); }
-  fs::path m_dir;
+  pgmdev::test::ScratchDir m_scratch{"cli_gen"};
+  const fs::path m_dir = m_scratch.path();
 };
 
 TEST_F(CliGenerate, AllRebuildsTheShippedTreeByteForByte) {

@@ -19,14 +19,6 @@ namespace fs = std::filesystem;
 
 class CliHps : public ::testing::Test {
  protected:
-  void SetUp() override {
-    m_dir = fs::temp_directory_path() / ("pgmdev_cli_hps_" + std::to_string(getpid()));
-    fs::remove_all(m_dir);
-    fs::create_directories(m_dir);
-    m_env = {{"PGMDEV_MODULE_DIR", m_dir.string()}};
-  }
-  void TearDown() override { fs::remove_all(m_dir); }
-
   json list(const std::string& kind) {
     const auto result = run_cli({"hps", "list", kind, "--json"}, "", m_env);
     EXPECT_EQ(result.exit_code, 0) << result.err;
@@ -34,8 +26,9 @@ class CliHps : public ::testing::Test {
     return json::parse(result.out);
   }
 
-  fs::path m_dir;
-  std::vector<CliEnv> m_env;
+  pgmdev::test::ScratchDir m_scratch{"cli_hps"};
+  const fs::path m_dir = m_scratch.path();
+  const std::vector<CliEnv> m_env = {{"PGMDEV_MODULE_DIR", m_dir.string()}};
 };
 
 // A refused answer is asked again: all zeros, then a valid ID; 3 Mbit, then 128.

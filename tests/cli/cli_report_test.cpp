@@ -22,13 +22,6 @@ std::string first_line(const std::string& text) { return text.substr(0, text.fin
 
 class CliReport : public ::testing::Test {
  protected:
-  void SetUp() override {
-    m_dir = fs::temp_directory_path() / ("pgmdev_cli_report_" + std::to_string(getpid()));
-    fs::remove_all(m_dir);
-    fs::create_directories(m_dir);
-  }
-  void TearDown() override { fs::remove_all(m_dir); }
-
   // A copy of `source` with the cell `column` (from 0) of file line `line` (from 1) replaced.
   fs::path table_with_cell(const fs::path& source, size_t line, size_t column,
                            const std::string& cell) {
@@ -47,7 +40,8 @@ class CliReport : public ::testing::Test {
     return copy;
   }
 
-  fs::path m_dir;
+  pgmdev::test::ScratchDir m_scratch{"cli_report"};
+  const fs::path m_dir = m_scratch.path();
 };
 
 TEST_F(CliReport, MissingAndDamagedDataFilesExitFour) {

@@ -67,15 +67,6 @@ bool contains(const std::string& text, const std::string& part) {
 
 class CliSafety : public ::testing::Test {
  protected:
-  void SetUp() override {
-    m_dir = fs::temp_directory_path() / ("pgmdev_cli_safe_" + std::to_string(getpid()));
-    fs::remove_all(m_dir);
-    fs::create_directories(m_dir);
-    m_ini = m_dir / "pgm_flash.ini";
-    m_env = {{"PGMDEV_MODULE_DIR", m_dir.string()}};
-  }
-  void TearDown() override { fs::remove_all(m_dir); }
-
   // A data file with one NAND definition, made by the tool itself.
   std::string make_data_file() {
     EXPECT_EQ(run_cli({"hps", "add", "nand"}, NAND_ANSWERS, m_env).exit_code, 0);
@@ -93,9 +84,10 @@ class CliSafety : public ::testing::Test {
     return out;
   }
 
-  fs::path m_dir;
-  fs::path m_ini;
-  std::vector<CliEnv> m_env;
+  pgmdev::test::ScratchDir m_scratch{"cli_safe"};
+  const fs::path m_dir = m_scratch.path();
+  const fs::path m_ini = m_dir / "pgm_flash.ini";
+  const std::vector<CliEnv> m_env = {{"PGMDEV_MODULE_DIR", m_dir.string()}};
 };
 
 TEST_F(CliSafety, DamagedDataFileIsNeverThrownAway) {
