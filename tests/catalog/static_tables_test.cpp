@@ -13,12 +13,12 @@
 #include "pgm_dev_catalog.h"
 #include "pgmdev_flash_manager.h"
 #include "pgmdev_static_tables.h"
+#include "support.h"
 
 namespace {
 
 std::string md5_of_file(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  const std::string bytes = pgmdev::test::read_text(path);
   unsigned char digest[EVP_MAX_MD_SIZE];
   unsigned int size = 0;
   EVP_Digest(bytes.data(), bytes.size(), digest, &size, EVP_md5(), nullptr);

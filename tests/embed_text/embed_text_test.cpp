@@ -1,16 +1,15 @@
 // The build-time embedding tool keeps every byte of a file, and counts its lines.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "embed_sample_bin.h"
+#include "support.h"
 
 TEST(EmbedText, EmbeddedBytesEqualTheFile) {
-  std::ifstream in(PGMDEV_SOURCE_DIR "/tests/data/embed_sample.bin", std::ios::binary);
-  ASSERT_TRUE(in);
-  const std::string file((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  const std::string file =
+      pgmdev::test::read_text(PGMDEV_SOURCE_DIR "/tests/data/embed_sample.bin");
+  ASSERT_FALSE(file.empty());
   namespace e = pgmdev::embedded;
   ASSERT_EQ(e::embed_sample_bin_size, file.size());
   EXPECT_EQ(std::string(e::embed_sample_bin_data, e::embed_sample_bin_size), file);
