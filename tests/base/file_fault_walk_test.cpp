@@ -15,7 +15,6 @@
 #include "flash/flash_test_support.h"
 #include "pgm_fio_sys.h"
 #include "pgmdev_dev_info_manager.h"
-#include "pgmdev_file_set.h"
 #include "pgmdev_flash_ini.h"
 #include "platform.h"
 #include "support.h"
@@ -204,38 +203,6 @@ TEST_F(FaultWalk, DeviceInfoGenerator) {
       },
       {out}, true);
   PGM_COMMON::set_email_hook(previous);
-}
-
-// The swap of a generated tree: two files replaced together, or neither.
-TEST_F(FaultWalk, FileSetReplacesAllOrNone) {
-  const fs::path one = m_folder / "one";
-  const fs::path two = m_folder / "sub" / "two";
-  fs::create_directories(m_folder / "sub");
-  const fs::path written = m_folder / "sub" / "written";
-  walk(
-      "PGMDEV_FILE_SET",
-      [&] {
-        write_bytes(one, {1});
-        write_bytes(two, {2});
-        write_bytes(written, {22, 22});
-      },
-      [&] {
-        OUTCOME outcome;
-        std::string note;
-        {
-          PGMDEV_FILE_SET set;  // what it staged goes with it
-          outcome.ok = set.add_bytes(one.string(), {11, 11}, outcome.message) &&
-                       set.add_file(written.string(), two.string(), outcome.message) &&
-                       set.replace_all(outcome.message, note);
-        }
-        // All new, but an old copy could not be removed: it must be named, then it may go.
-        for (const std::string& kept : leftovers(m_folder)) {
-          EXPECT_NE(note.find(kept), std::string::npos) << note;
-          fs::remove(kept);
-        }
-        return outcome;
-      },
-      {one, two}, true);
 }
 
 }  // namespace
