@@ -196,7 +196,7 @@ def protection(row, size_bytes):
 TIME_KEYS = ("sector_erase_max_ms", "chip_erase_max_ms", "page_program_max_us")
 # The timing rule: a record's times are TIMING_MARGIN times the largest maximum its line's dumps
 # declare (chip erase scaled to the chip's density), or its maker's other lines' where its line
-# has none. The leave-one-out over every dump (tests/flash_sfdp_audit_test.cpp, `pgmdev flash
+# has none. The leave-one-out over every dump (tests/flash/flash_sfdp_audit_test.cpp, `pgmdev flash
 # audit`) needs 2.77 at most; PGMDEV_SFDP_AUDIT::TIMING_MARGIN holds the same number.
 TIMING_MARGIN = 3
 

@@ -20,6 +20,7 @@
 #include "pgmdev_mgr_naming.h"
 #include "pgmdev_sfdp.h"
 #include "platform.h"
+#include "support.h"
 
 namespace {
 
@@ -102,8 +103,7 @@ void sfdp_answers(const std::string& dump, Answers& out) {
 }
 
 std::string w25q80bl_dump() {
-  std::ifstream file(PGMDEV_SOURCE_DIR "/tests/data/sfdp/winbond_w25q80bl.hex");
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  return pgmdev::test::read_text(PGMDEV_SOURCE_DIR "/tests/data/sfdp/winbond_w25q80bl.hex");
 }
 
 Answers all_answers(const std::string& dump) {
