@@ -73,14 +73,6 @@ size_t strings_to_entry_end(const std::vector<QWORD>& zeros, DWORD from, DWORD l
   return count;
 }
 
-// The bits set in `bits`, without the instruction a baseline x86-64 lacks.
-inline DWORD count_bits(QWORD bits) {
-  bits -= (bits >> 1) & 0x5555555555555555ull;
-  bits = (bits & 0x3333333333333333ull) + ((bits >> 2) & 0x3333333333333333ull);
-  bits = (bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0Full;
-  return DWORD((bits * 0x0101010101010101ull) >> 56);
-}
-
 // Steps through the zero bytes of the text in order, a word of the map at a time. The map
 // always holds a zero past the text, so next() finds one.
 class ZERO_CURSOR {
@@ -99,22 +91,19 @@ class ZERO_CURSOR {
 
   // Steps over an entry's list whose key's zero, just stepped over, is `key_end`, and over
   // the entry's closing zero (the first zero right after another): returns that zero, or
-  // `limit` when none lies below `limit`; `strings` is how many zeros lie between the two.
-  DWORD close_list(DWORD key_end, DWORD limit, DWORD& strings) {
+  // `limit` when none lies below `limit`. Strings in between are not stepped over one by
+  // one: a word of the map shows where two zeros meet.
+  DWORD close_list(DWORD key_end, DWORD limit) {
     QWORD bits = m_bits | QWORD(1) << (key_end % 64);  // the key's zero starts a pair too
     QWORD carry = 0;  // bit 0 set when the previous word's last byte was zero
-    DWORD zeros = 0;  // the key's zero included
     for (;;) {
       const QWORD pairs = bits & ((bits << 1) | carry);
       if (pairs != 0) {
         const QWORD closing = pairs & -pairs;
-        zeros += count_bits(bits & (closing - 1));
-        strings = zeros - 1;
         m_bits = bits & ~(closing | (closing - 1));
         return DWORD(m_word * 64 + size_t(__builtin_ctzll(closing)));
       }
       if ((m_word + 1) * 64 >= limit) return limit;
-      zeros += count_bits(bits);
       carry = bits >> 63;
       bits = m_words[++m_word];
     }
@@ -190,8 +179,8 @@ class SECTION_BUILDER {
   [[gnu::always_inline]] void add_entry(std::string_view key) {
     const std::string_view& last = m_list[m_count - 1];
     const auto offset = [this](const char* at) { return DWORD(at - m_text); };
-    m_section->add_entry({offset(key.data()), DWORD(key.size()),
-                          offset(last.data() + last.size() + 1), DWORD(m_count)});
+    m_section->add_entry(
+        {offset(key.data()), DWORD(key.size()), offset(last.data() + last.size() + 1)});
     if (m_in_order) {
       m_last_key = key;
     } else {
@@ -450,17 +439,21 @@ bool index_packed_payload(const BYTE* text, DWORD data_size, PGMDEV_DDB_GRAMMAR_
     PGMDEV_DDB_GRAMMAR_SECTION& section = *db.get_section(number);
     section.start(table, chars);
     std::string_view last_key;
+    QWORD last_head = 0;  // ordered_head(last_key)
     bool in_order = true;
     do {  // a section holds one entry at least; a key starts at `at`
       if (at >= limit || text[at] == 0) return false;
       const DWORD key_end = zero.next();
-      DWORD strings = 0;
-      const DWORD closing = zero.close_list(key_end, limit, strings);
-      if (strings == 0 || closing >= limit) return false;
+      const DWORD closing = zero.close_list(key_end, limit);
+      if (closing == key_end + 1 || closing >= limit) return false;  // no list, or cut off
       const std::string_view key(chars + at, key_end - at);
-      in_order = in_order && (last_key.empty() || text_less(last_key, key));
+      // Keys in order, decided by their first eight bytes unless those are equal.
+      const QWORD head = ordered_head(key);
+      in_order = in_order && (last_key.empty() || last_head < head ||
+                              (last_head == head && text_less(last_key, key)));
       last_key = key;
-      section.add_entry({at, key_end - at, closing, strings});
+      last_head = head;
+      section.add_entry({at, key_end - at, closing});
       at = closing + 1;
     } while (at < limit && text[at] != 0);
     if (at >= limit) return false;

@@ -31,7 +31,8 @@ bool visit_list(const PGMDEV_DDB_GRAMMAR_SECTION& section, const PGMDEV_DDB_GRAM
                 VISIT visit) {
   const std::string_view key = section.key(entry);
   const char* at = key.data() + key.size() + 1;
-  for (DWORD i = 0; i < entry.m_count; ++i) {
+  const char* const end = key.data() - entry.m_key + entry.m_list_end;
+  while (at < end) {
     const std::string_view text(at);
     if (visit(text)) return true;
     at += text.size() + 1;
@@ -133,7 +134,7 @@ void PGMDEV_DDB_GRAMMAR_DB::build_reverse_index(DWORD section) const {
   REVERSE_INDEX& index = m_reverse_index[section];
   const PGMDEV_DDB_GRAMMAR_SECTION& entries = m_sections[section];
   size_t total = 0;
-  for (const auto& entry : entries.entries()) total += entry.m_count;
+  for (const auto& entry : entries.entries()) total += entries.list(entry).size();
   index.reserve(total);
   for (const auto& entry : entries.entries()) {
     for (std::string_view text : entries.list(entry)) index.emplace(text, entries.key(entry));

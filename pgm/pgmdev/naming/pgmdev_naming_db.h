@@ -1,6 +1,7 @@
 // In-memory forms of the two naming blobs and the routines that open and parse them.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <iterator>
@@ -67,19 +68,19 @@ class PGMDEV_DDB_GRAMMAR_LIST_VIEW {
     const char* m_at;
   };
 
-  PGMDEV_DDB_GRAMMAR_LIST_VIEW(const char* begin, const char* end, DWORD count)
-      : m_begin(begin), m_end(end), m_count(count) {}
+  PGMDEV_DDB_GRAMMAR_LIST_VIEW(const char* begin, const char* end) : m_begin(begin), m_end(end) {}
   ITERATOR begin() const { return ITERATOR(m_begin); }
   ITERATOR end() const { return ITERATOR(m_end); }
-  size_t size() const { return m_count; }
-  bool empty() const { return m_count == 0; }
+  // Counted when asked (each string ends in the list's only zero bytes): look-ups walk a
+  // list to its end and never need its size, so the entry table does not hold it.
+  size_t size() const { return size_t(std::count(m_begin, m_end, '\0')); }
+  bool empty() const { return m_begin == m_end; }
   std::string_view front() const { return std::string_view(m_begin); }
   PGMDEV_DDB_GRAMMAR_LIST to_strings() const { return PGMDEV_DDB_GRAMMAR_LIST(begin(), end()); }
 
  protected:
   const char* m_begin;
   const char* m_end;
-  DWORD m_count;
 };
 
 // Offsets into the database's text keep entries small: the shipped sections then fit in
@@ -88,7 +89,6 @@ struct PGMDEV_DDB_GRAMMAR_ENTRY {
   DWORD m_key;  // offset of the key
   DWORD m_key_size;
   DWORD m_list_end;  // offset just past the last string's zero byte
-  DWORD m_count;
 };
 
 using PGMDEV_DDB_GRAMMAR_ENTRIES = std::vector<PGMDEV_DDB_GRAMMAR_ENTRY>;
@@ -192,7 +192,7 @@ class PGMDEV_DDB_GRAMMAR_SECTION {
   }
   PGMDEV_DDB_GRAMMAR_LIST_VIEW list(const PGMDEV_DDB_GRAMMAR_ENTRY& entry) const {
     return PGMDEV_DDB_GRAMMAR_LIST_VIEW(m_text + entry.m_key + entry.m_key_size + 1,
-                                        m_text + entry.m_list_end, entry.m_count);
+                                        m_text + entry.m_list_end);
   }
   size_t size() const { return m_size; }
   bool empty() const { return m_size == 0; }
