@@ -61,7 +61,7 @@ struct PGMDEV_API PGMDEV_SFL_FLASH_INFO {
 // BYTE or DWORD). The one list of the columns: reading, writing, printing and the tool's
 // answers all walk it, so a new column is added here and in the struct.
 template <class VISITOR>
-void pgmdev_visit_flash_columns(VISITOR&& visit) {
+constexpr void pgmdev_visit_flash_columns(VISITOR&& visit) {
   visit("manufacturer_name", &PGMDEV_SFL_FLASH_INFO::manufacturer_name);
   visit("device_name", &PGMDEV_SFL_FLASH_INFO::device_name);
   visit("silicon_id", &PGMDEV_SFL_FLASH_INFO::silicon_id);
