@@ -230,7 +230,10 @@ PGMDEV_USER_FLASH_VERDICT examine(const std::string& value, bool whole_value,
   }
   if (count < PGMDEV_FLASH_MANAGER::TOTAL_DATABASE_MEMBER) {
     fields.resize(count);
-    return stopped("fields", "only " + std::to_string(count) + " of the 33 fields", fields);
+    return stopped("fields",
+                   "only " + std::to_string(count) + " of the " +
+                       std::to_string(PGMDEV_FLASH_MANAGER::TOTAL_DATABASE_MEMBER) + " fields",
+                   fields);
   }
   PGMDEV_USER_FLASH_VERDICT verdict;
   if (!assign_fields(fields.data(), verdict.record)) {

@@ -154,12 +154,14 @@ PGMDEV_SFDP_DEFINITION::PGMDEV_SFDP_DEFINITION(const PGMDEV_SFDP& sfdp, const st
         "the block protection bits are volatile (DWORD 1 bit 3): the chip may "
         "start protected; say whether it does (startup_protected)");
   }
-  // Keep the sources in column order, whatever order the rules ran in.
+  // Keep the sources in column order, whatever order the rules ran in, one for each column.
   std::vector<std::pair<std::string, std::string>> ordered;
   for (const pgmdev::FLASH_COLUMN& column : pgmdev::flash_columns()) {
+    const size_t before = ordered.size();
     for (const auto& entry : m_sources) {
       if (entry.first == column.name) ordered.push_back(entry);
     }
+    if (ordered.size() == before) ordered.emplace_back(column.name, "default: no rule sets it");
   }
   m_sources.swap(ordered);
 }
