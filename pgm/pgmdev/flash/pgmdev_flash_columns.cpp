@@ -1,4 +1,4 @@
-// The column table of flash records.
+// The column table of flash records, and the dialogue prompts made from the columns' facts.
 #include "flash/pgmdev_flash_columns.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// The questions of the flash definition dialogue, in field order, with the rule of each
-// answer and how the accepted answer is written into the fields text.
+// The flash definition dialogue's questions, one for each column its description asks
+// (pgmdev_flash_columns.h): each answer checked and written into the fields text.
 #include "pgmdev_flash_definition.h"
 
 #include <array>
@@ -43,12 +43,12 @@ bool is_power_of_two(DWORD value) { return value != 0 && (value & (value - 1)) =
 bool goes_past_loader(const QUESTION& q) { return q.loads_up_to() < q.high; }
 std::string loader_high(const QUESTION& q) { return hex_digits(q.loads_up_to()); }
 
-// Any text of 1 to MAX_TEXT_SIZE characters; a front-end that wants a value that loads also refuses
-// the separators of the fields text.
 std::string text_limits() {
   return "1 to " + std::to_string(PGMDEV_FLASH_DEFINITION::MAX_TEXT_SIZE) + " characters";
 }
 
+// Any text of 1 to MAX_TEXT_SIZE characters; a front-end that wants a value that loads also
+// refuses the separators of the fields text.
 std::string text_refusal(const std::string& answer, bool loadable_only) {
   if (answer.empty()) return "the answer is empty";
   if (answer.size() > PGMDEV_FLASH_DEFINITION::MAX_TEXT_SIZE) {
