@@ -2,10 +2,13 @@
 // table's columns.
 #pragma once
 
-#include <string>
+#include <array>
+#include <string_view>
+
+#include "pgmdev_dev_info_manager_auto_export.h"
 
 // Device information names: dev info section names (54).
-inline const std::string PGMDEV_STATIC_DEV_INFO_SECTION_NAMES[] = {
+inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_SECTION_NAMES[] = {
     "ARRAY_ADDRESS_MAP",   "ACTION_HDR",         "ACTION_SIZE_START",   "FLASH_DATA_HDR",
     "PAD_REGION_TYPE",     "JTAG_ERASE_VALUE",   "CONFIG_MODE_LIMIT",   "CHAIN_MODE_TABLE",
     "JTAG_ID_LIST",        "FLASH_STEP_LIMIT",   "PAD_DATA_LIMIT",      "POWER_MODE_HDR",
@@ -23,7 +26,7 @@ inline const std::string PGMDEV_STATIC_DEV_INFO_SECTION_NAMES[] = {
 };
 
 // Device information names: dev info header field names (94).
-inline const std::string PGMDEV_STATIC_DEV_INFO_HEADER_FIELD_NAMES[] = {
+inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_HEADER_FIELD_NAMES[] = {
     "USER_BIT_START",      "ACTION_ADDRESS_MAP",   "PROGRAM_BYTE_HDR",     "DEVICE_ID_FLAGS",
     "KEY_ROW_MASK",        "DEVICE_SIZE_END",      "CONFIG_COUNT_START",   "BLOCK_CLOCK_END",
     "FLASH_FRAME_LIST",    "POWER_DELAY_TABLE",    "SECURITY_ID_LIMIT",    "OPTION_ROW_FLAGS",
@@ -51,7 +54,7 @@ inline const std::string PGMDEV_STATIC_DEV_INFO_HEADER_FIELD_NAMES[] = {
 };
 
 // Device information names: dev info action field names (89).
-inline const std::string PGMDEV_STATIC_DEV_INFO_ACTION_FIELD_NAMES[] = {
+inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_ACTION_FIELD_NAMES[] = {
     "USER_FRAME_LIST",     "DEVICE_CLOCK_MASK",   "ACTION_ERASE_VALUE",    "CONFIG_ERASE_END",
     "POWER_BYTE_END",      "KEY_WORD_START",      "ARRAY_FRAME_LIST",      "SECTOR_COUNT_HDR",
     "CHAIN_ADDRESS_VALUE", "DEVICE_MODE_START",   "ACTION_STEP_TABLE",     "DEVICE_ID_HDR",
@@ -78,7 +81,7 @@ inline const std::string PGMDEV_STATIC_DEV_INFO_ACTION_FIELD_NAMES[] = {
 };
 
 // Device information names: dev info field names (451).
-inline const std::string PGMDEV_STATIC_DEV_INFO_FIELD_NAMES[] = {
+inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_FIELD_NAMES[] = {
     "DEVICE_COUNT_TABLE",  "PAD_BIT_INFO",         "PAD_PAGE_INFO",        "PROGRAM_ERASE_FLAGS",
     "ACTION_STEP_VALUE",   "TIMING_REGION_TYPE",   "CONFIG_CLOCK_END",     "KEY_BYTE_LIST",
     "ARRAY_COUNT_TYPE",    "PROGRAM_MODE_MASK",    "POWER_FRAME_MASK",     "USER_CLOCK_END",
@@ -195,7 +198,7 @@ inline const std::string PGMDEV_STATIC_DEV_INFO_FIELD_NAMES[] = {
 };
 
 // Device information names: dev info type names (22).
-inline const std::string PGMDEV_STATIC_DEV_INFO_TYPE_NAMES[] = {
+inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_TYPE_NAMES[] = {
     "SECTOR_DATA_START",    "BLOCK_STEP_INFO",    "VERIFY_WORD_HDR",    "SECTOR_BYTE_MAP",
     "ACTION_STEP_END",      "CONFIG_STEP_END",    "ARRAY_BIT_END",      "CHAIN_WORD_LIMIT",
     "POWER_ERASE_TYPE",     "DEVICE_COUNT_START", "ACTION_REGION_INFO", "SECTOR_FRAME_LIMIT",
@@ -205,7 +208,7 @@ inline const std::string PGMDEV_STATIC_DEV_INFO_TYPE_NAMES[] = {
 };
 
 // Device information names: dev info flash field names (36).
-inline const std::string PGMDEV_STATIC_DEV_INFO_FLASH_FIELD_NAMES[] = {
+inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_FLASH_FIELD_NAMES[] = {
     "CONFIG_FRAME_HDR",    "CONFIG_ERASE_TYPE",   "CONFIG_OFFSET_LIMIT", "ARRAY_WORD_TABLE",
     "CONFIG_ID_LIMIT",     "SECURITY_STEP_VALUE", "ARRAY_REGION_FLAGS",  "SECURITY_MODE_TYPE",
     "ACTION_ADDRESS_LIST", "KEY_SIZE_MASK",       "STATUS_PAGE_MAP",     "CHAIN_ERASE_START",
@@ -218,7 +221,7 @@ inline const std::string PGMDEV_STATIC_DEV_INFO_FLASH_FIELD_NAMES[] = {
 };
 
 // Device information names: dev info security field names (25).
-inline const std::string PGMDEV_STATIC_DEV_INFO_SECURITY_FIELD_NAMES[] = {
+inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_SECURITY_FIELD_NAMES[] = {
     "POWER_SIZE_TYPE",  "PROGRAM_DELAY_INFO", "USER_REGION_MAP",    "TIMING_WORD_LIMIT",
     "PAD_FRAME_LIMIT",  "ACTION_MODE_INFO",   "FLASH_STEP_FLAGS",   "VERIFY_CLOCK_LIST",
     "DEVICE_ROW_END",   "POWER_ERASE_MASK",   "USER_STEP_MAP",      "USER_SIZE_MASK",
@@ -229,14 +232,14 @@ inline const std::string PGMDEV_STATIC_DEV_INFO_SECURITY_FIELD_NAMES[] = {
 };
 
 // Device information names: dev info power field names (9).
-inline const std::string PGMDEV_STATIC_DEV_INFO_POWER_FIELD_NAMES[] = {
+inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_POWER_FIELD_NAMES[] = {
     "BLOCK_BIT_START", "PROGRAM_MODE_HDR", "CONFIG_CLOCK_FLAGS",
     "SECTOR_SIZE_MAP", "KEY_WORD_LIMIT",   "KEY_COUNT_VALUE",
     "ARRAY_ROW_MASK",  "POWER_WORD_START", "SECURITY_FRAME_MAP",
 };
 
 // Device information names: dev info timing field names (17).
-inline const std::string PGMDEV_STATIC_DEV_INFO_TIMING_FIELD_NAMES[] = {
+inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_TIMING_FIELD_NAMES[] = {
     "JTAG_WORD_FLAGS",   "SECTOR_MODE_TABLE", "VERIFY_MODE_TYPE",   "USER_BIT_INFO",
     "DEVICE_DATA_MAP",   "TIMING_ID_FLAGS",   "TIMING_STEP_END",    "USER_BIT_MASK",
     "POWER_REGION_END",  "SECTOR_ERASE_LIST", "DEVICE_OFFSET_LIST", "JTAG_REGION_HDR",
@@ -244,92 +247,10 @@ inline const std::string PGMDEV_STATIC_DEV_INFO_TIMING_FIELD_NAMES[] = {
     "ACTION_DATA_VALUE",
 };
 
-// Column names of the device information source table, in column order.
-inline const std::string PGMDEV_STATIC_DEV_INFO_CSV_COLUMNS[] = {
-    "family",
-    "pcf",
-    "device",
-    "part",
-    "skip_pof_bitstream_conversion",
-    "no_flash_option_for_unvm",
-    "ini_fbgen_flow",
-    "support_legacy_f2p",
-    "support_cpf",
-    "support_ba_flow",
-    "support_ob",
-    "support_download_mode",
-    "support_sld",
-    "support_asc",
-    "support_asc_ini",
-    "support_remote_local_update",
-    "need_quillon_padding_mask",
-    "support_aes_wo_ini",
-    "unsupported_by_tandor2",
-    "unsupported_by_quillon",
-    "allow_partial_frame",
-    "jtag_program_initialize_in_rti",
-    "issue_apf_disengage",
-    "jtag_program_initialize_microsec",
-    "jtag_configuration_prepad_bits",
-    "jtag_program_startup_tck",
-    "aes_n_fuse_bits",
-    "aes_fuse_bit_location",
-    "aes_n_nv_key_bits",
-    "aes_n_v_key_bits",
-    "aes_n_verify_bits",
-    "n_iv_bits",
-    "ekp_alg_family",
-    "ps_cmp_dclk_ratio",
-    "fpp_cmp_dclk_ratio",
-    "fppx16_cmp_dclk_ratio",
-    "fppx32_cmp_dclk_ratio",
-    "cmp_fbgen_start_block",
-    "cmp_fbgen_end_block",
-    "cmp_end_padding_alignement",
-    "cmp_end_pad_with_one",
-    "support_prpof",
-    "need_factory_instr",
-    "need_config_io_instr",
-    "n_tck_ticks_after_config_io",
-    "advanced_family",
-    "as_cb_hold_time_issue",
-    "as_cb_4byte_addressing",
-    "as_read_in_two_steps",
-    "as_second_offset_addr",
-    "asx1_second_offset_extra_bytes",
-    "asx4_second_offset_extra_bytes",
-    "asc_dummy_cycle",
-    "spi_dummy_clk_x1_128mb",
-    "spi_dummy_clk_x1_256mb",
-    "spi_dummy_clk_x4_128mb",
-    "spi_dummy_clk_x4_256mb",
-    "supported_max_cascaded_asc_count",
-    "as_minimum_flash_density",
-    "skip_fbgen",
-    "cfg_dev",
-    "cvp_post_iocsr_padding_cbws",
-    "hps_post_iocsr_padding_cbws",
-    "cvp_pre_core_padding_cbws",
-    "cvp_pre_cmp_core_padding_cbws",
-    "cvp_pre_enc_core_padding_cbws",
-    "fbgen_cvp_core_start_block",
-    "fbgen_hps_core_start_block",
-    "support_ru_cvp",
-    "support_ru_hps",
-    "support_fi",
-    "fi_program_twice",
-    "use_sdm",
-    "flash_width_bits",
-    "default_prog_mode",
-    "cmf_flash_block_size",
-    "asc_voltage",
-    "support_sdmmc",
-    "support_vab",
-    "support_sdos",
-    "use_subidcode",
-    "dummy_string",
-    "dummy_byte",
-    "dummy_word",
-    "dummy_dword",
-    "dummy_bool",
-};
+// Column names of the device information source table, in column order: those of the
+// record's column table.
+inline constexpr auto PGMDEV_STATIC_DEV_INFO_CSV_COLUMNS = [] {
+  std::array<std::string_view, TOTAL_DEVICE_DATABASE_MEMBER> names{};
+  for (size_t i = 0; i < names.size(); ++i) names[i] = PGMDEV_DEVICE_INFO_COLUMNS[i].name;
+  return names;
+}();

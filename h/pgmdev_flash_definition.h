@@ -43,15 +43,16 @@ class PGMDEV_API PGMDEV_FLASH_DEFINITION {
   bool finish(std::string& line, std::string& reason) const;
 
   // One question by its field, for a front-end that asks some of them its own way: the
-  // dialogue's prompt and, for a number, the range it takes (`minus_one`: "-1" also taken).
-  // False for a field the dialogue does not ask.
+  // dialogue's prompt and, for a number, the range it takes (`minus_one`: "-1" also taken);
+  // with `loadable`, the range cut to what the loader takes. False for a field the dialogue
+  // does not ask.
   struct QUESTION_TEXT {
-    const char* prompt = "";
+    std::string prompt;
     DWORD low = 0;
     DWORD high = 0;
     bool minus_one = false;
   };
-  static bool question_of(const std::string& field, QUESTION_TEXT& question);
+  static bool question_of(const std::string& field, QUESTION_TEXT& question, bool loadable = false);
 
   // The answer text as the rule reads it.
   static std::string normalise(const std::string& text);

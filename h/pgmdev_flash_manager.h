@@ -59,9 +59,10 @@ struct PGMDEV_API PGMDEV_SFL_FLASH_INFO {
 // The columns of a flash record, in file order: calls visit(name, member) for each, with
 // `member` a pointer to the PGMDEV_SFL_FLASH_INFO member that holds it (std::string, bool,
 // BYTE or DWORD). The one list of the columns: reading, writing, printing and the tool's
-// answers all walk it, so a new column is added here and in the struct.
+// answers all walk it, so a new column is added here and in the struct (and the build asks
+// for the library's description of it: what a user definition may hold and how it is asked).
 template <class VISITOR>
-void pgmdev_visit_flash_columns(VISITOR&& visit) {
+constexpr void pgmdev_visit_flash_columns(VISITOR&& visit) {
   visit("manufacturer_name", &PGMDEV_SFL_FLASH_INFO::manufacturer_name);
   visit("device_name", &PGMDEV_SFL_FLASH_INFO::device_name);
   visit("silicon_id", &PGMDEV_SFL_FLASH_INFO::silicon_id);

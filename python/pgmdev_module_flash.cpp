@@ -179,7 +179,9 @@ void bind_sfdp(py::module_& m) {
         PGMDEV_SFDP_CHOICES choices;
         choices.device_name = std::move(name);
         choices.asc_voltage = std::move(voltage);
-        if (dies) choices.die_count = BYTE(*dies);
+        // A count no byte holds becomes 0, which the library refuses in its own words, rather
+        // than its low byte.
+        if (dies) choices.die_count = *dies >= 0 && *dies <= 0xFF ? BYTE(*dies) : BYTE(0);
         const PGMDEV_SFDP sfdp = answers::read_dump(path);
         return to_python(answers::definition_json(sfdp, answers::derive(sfdp, id, choices)));
       },

@@ -123,6 +123,8 @@ def test_sfdp_errors_carry_the_tools_sentence(tmp_path):
         with pytest.raises(ValueError) as raised:
             call()
         assert str(raised.value) == tool_error("flash", "sfdp", *args)
+    with pytest.raises(ValueError, match="die_count must be 1 or 2"):
+        pgmdev.sfdp_derive(path, dump_id(DUMPS[0]), dies=258)  # not taken as its low byte
 
 
 NAND = {"manufacturer_id": "2C", "device_id": "DA", "flash_byte_size": 256}

@@ -9,6 +9,8 @@
 #include "hps/pgmdev_hps_builtin.h"
 #include "pgm_dev_catalog.h"
 #include "pgmdev_dev_info_manager_auto_export.h"
+#include "pgmdev_flash_definition.h"
+#include "pgmdev_flash_manager.h"
 #include "pgmdev_hps_mgr.h"
 #include "pgmdev_mgr_naming.h"
 #include "pgmdev_static_tables.h"
@@ -162,6 +164,19 @@ TEST(ReferenceTables, DeviceInformationColumnsAndTypeCodes) {
     EXPECT_STREQ(PGMDEV_DEVICE_INFO_COLUMNS[i].name, rows[i][0].c_str());
     EXPECT_EQ(DWORD(PGMDEV_DEVICE_INFO_COLUMNS[i].type), dec(rows[i][1])) << rows[i][0];
   }
+}
+
+// The prompts are made from each column's range: they must come out as the reference has them.
+TEST(ReferenceTables, FlashDefinitionPrompts) {
+  const std::vector<ROW>& rows = table("flash definition prompts");
+  ASSERT_EQ(rows.size(), size_t(PGMDEV_FLASH_MANAGER::TOTAL_DATABASE_MEMBER));
+  size_t i = 0;
+  pgmdev_visit_flash_columns([&](const char* name, auto) {
+    PGMDEV_FLASH_DEFINITION::QUESTION_TEXT question;
+    EXPECT_EQ(rows[i][0], name);
+    EXPECT_EQ(PGMDEV_FLASH_DEFINITION::question_of(name, question) ? question.prompt : "",
+              rows[i++][1]);
+  });
 }
 
 TEST(ReferenceTables, GeneralEnumerationValues) {

@@ -8,10 +8,8 @@
 #include <iterator>
 #include <set>
 #include <string>
-#include <vector>
 
 #include "pgm_dev_catalog.h"
-#include "pgmdev_flash_manager.h"
 #include "pgmdev_static_tables.h"
 #include "support.h"
 
@@ -62,14 +60,6 @@ TEST(StaticTables, SourceDigestsAreThoseOfTheTables) {
   EXPECT_EQ(PGMDEV_STATIC_SOURCE_DIGESTS[0],
             md5_of_file(PGMDEV_SOURCE_DIR "/data/pgm_dev_info.csv"));
   EXPECT_EQ(PGMDEV_STATIC_SOURCE_DIGESTS[1], md5_of_file(PGMDEV_SOURCE_DIR "/data/pgm_flash.csv"));
-}
-
-// The names table of the flash source table is the record's column list, in order.
-TEST(StaticTables, FlashColumnNamesAreTheRecordsColumns) {
-  std::vector<std::string> columns;
-  pgmdev_visit_flash_columns([&columns](const char* name, auto) { columns.emplace_back(name); });
-  EXPECT_EQ(columns, std::vector<std::string>(std::begin(PGMDEV_STATIC_FLASH_CSV_COLUMNS),
-                                              std::end(PGMDEV_STATIC_FLASH_CSV_COLUMNS)));
 }
 
 }  // namespace

@@ -118,6 +118,7 @@ TEST(CliFlashSfdp, DefineAsksOnlyWhatTheTablesLeaveOpen) {
   EXPECT_NE(result.err.find("Protection Mask"), std::string::npos);
   EXPECT_NE(result.err.find("refused: '@', '#' and ';'"), std::string::npos) << result.err;
   EXPECT_NE(result.err.find("refused: answer Y or N"), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find("Protection Divisor (hex) [-1/3 - 1F] : "), std::string::npos);
   EXPECT_NE(result.err.find("refused: '20' is out of range; it takes -1 or 3 to 1F"),
             std::string::npos)
       << result.err;

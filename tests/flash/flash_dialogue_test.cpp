@@ -76,7 +76,6 @@ TEST(FlashDialogue, SharedRuleGivesReasonsAndStrictness) {
   std::vector<std::string> answers = chip_answers();
   PGMDEV_FLASH_DEFINITION plain;
   std::string reason, line;
-  EXPECT_EQ(std::string(plain.prompt()), "Manufacture Name : ");
   EXPECT_EQ(plain.limits(), "1 to 19 characters");
   EXPECT_FALSE(plain.answer("", reason));
   EXPECT_EQ(reason, "the answer is empty");

@@ -82,6 +82,12 @@ TEST_F(FlashSfdpAudit, FindsRecordsBelowTheChipsOwnMaxima) {
   EXPECT_TRUE(found(again, "MX66L1G45G", "sector erase 3 s, the chip's maximum 4032 ms"));
   EXPECT_TRUE(found(again, "MX25U25645G", "bulk erase 512 s, the chip's maximum 1216 s"));
   EXPECT_TRUE(found(again, "W25Q01JV-IQ", "page program 3000 us, the chip's maximum 4224 us"));
+  // Identification never picks a record whose manufacturer position is off the read-out, so
+  // neither does the audit.
+  set("MX25U25645G", &PGMDEV_SFL_FLASH_INFO::mfc_id_index, 0xFF);
+  again = audit;
+  again.check(records.data(), DWORD(records.size()));
+  EXPECT_FALSE(found(again, "MX25U25645G", "bulk erase"));
 }
 
 // Rows of a tab-separated table of the repository, comment lines skipped, by column name.

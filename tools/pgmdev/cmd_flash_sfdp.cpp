@@ -31,6 +31,15 @@ struct SfdpRequest {
   bool name_given = false, voltage_given = false, dies_given = false;
 };
 
+// The plain dialogue's question of `field`.
+PGMDEV_FLASH_DEFINITION::QUESTION_TEXT question(const char* field, bool loadable = false) {
+  PGMDEV_FLASH_DEFINITION::QUESTION_TEXT q;
+  if (!PGMDEV_FLASH_DEFINITION::question_of(field, q, loadable)) {
+    throw std::logic_error(std::string("the dialogue has no question for ") + field);
+  }
+  return q;
+}
+
 void print_tables(std::ostream& out, const PGMDEV_SFDP& sfdp) {
   out << "SFDP revision " << int(sfdp.major()) << "." << int(sfdp.minor()) << ", access protocol "
       << hex_text(sfdp.access_protocol(), 2) << "\n";
@@ -79,8 +88,10 @@ void run_sfdp(const Options& options, const SfdpRequest& request) {
     if (!reason.empty())
       throw QueryError(std::string(option) + " '" + text + "' is refused: " + reason);
   }
-  if (request.dies_given && request.dies != 1 && request.dies != 2) {
-    throw QueryError("--dies takes 1 or 2, not " + std::to_string(request.dies));
+  const PGMDEV_FLASH_DEFINITION::QUESTION_TEXT dies = question("die_count");
+  if (request.dies_given && (request.dies < int(dies.low) || request.dies > int(dies.high))) {
+    throw QueryError("--dies takes " + std::to_string(dies.low) + " or " +
+                     std::to_string(dies.high) + ", not " + std::to_string(request.dies));
   }
   if (request.name_given) choices.device_name = request.name;
   if (request.voltage_given) choices.asc_voltage = request.voltage;
@@ -152,15 +163,17 @@ class ASK {
       if (answer.empty() && !fallback.empty()) return fallback;
       const std::string reason = PGMDEV_FLASH_DEFINITION::text_refusal(answer);
       if (reason.empty()) return answer;
-      say_refused(reason, "1 to 19 characters");
+      say_refused(reason,
+                  "1 to " + std::to_string(PGMDEV_FLASH_DEFINITION::MAX_TEXT_SIZE) + " characters");
     }
   }
 
-  // The plain dialogue's question of `field`, asked the same way.
-  bool yes_no_field(const char* field) { return yes_no(question(field).prompt); }
-  int hex_field(const char* field) {
-    const PGMDEV_FLASH_DEFINITION::QUESTION_TEXT q = question(field);
-    return hex(q.prompt, q.low, q.high, q.minus_one ? -1 : -2);
+  // The plain dialogue's question of `field`, asked the same way; `loadable`: its range cut
+  // to what the loader takes.
+  bool yes_no_field(const char* field) { return yes_no(question(field).prompt.c_str()); }
+  int hex_field(const char* field, bool loadable = false) {
+    const PGMDEV_FLASH_DEFINITION::QUESTION_TEXT q = question(field, loadable);
+    return hex(q.prompt.c_str(), q.low, q.high, q.minus_one ? -1 : -2);
   }
   std::string text_field(const char* field) { return text(question(field).prompt); }
 
@@ -190,14 +203,6 @@ class ASK {
   }
 
  private:
-  static PGMDEV_FLASH_DEFINITION::QUESTION_TEXT question(const char* field) {
-    PGMDEV_FLASH_DEFINITION::QUESTION_TEXT q;
-    if (!PGMDEV_FLASH_DEFINITION::question_of(field, q)) {
-      throw std::logic_error(std::string("the dialogue has no question for ") + field);
-    }
-    return q;
-  }
-
   std::string line(const char* prompt) {
     return PGMDEV_FLASH_DEFINITION::normalise(ask_line(m_input, prompt));
   }
@@ -217,9 +222,9 @@ void ask_open_questions(ASK& ask, PGMDEV_SFDP_CHOICES& c) {
   c.protection_mask = BYTE(ask.hex_field("protection_mask"));
   c.protection_value = BYTE(ask.hex_field("protection_value"));
   c.unprotect_value = BYTE(ask.hex_field("unprotect_value"));
-  // A definition read from the chip's tables must load: its divisor stops at the loader's 1F
-  // where the plain dialogue's goes on to 20.
-  c.protection_division = BYTE(ask.hex("Protection Divisor (hex) [-1/3 - 1F] : ", 3, 0x1F, 0xFF));
+  // A definition read from the chip's tables must load: its divisor stops where the loader's
+  // does, below the plain dialogue's.
+  c.protection_division = BYTE(ask.hex_field("protection_division", true));
   const int bottom = ask.hex_field("bottom_value");
   c.bottom_value = BYTE(bottom < 0 ? 0 : 1 << bottom);
   c.sdm_support = ask.yes_no_field("sdm_support");

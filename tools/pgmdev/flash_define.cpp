@@ -100,7 +100,9 @@ void say_refused(const std::string& reason, const std::string& limits) {
 
 void define_flash(const Options& options, std::istream& input) {
   std::cerr << "Defines 1 to 3 serial flash chips for PGM_3RD_PARTY_FLASH_INI. Names and the\n"
-               "voltage take 1 to 19 characters; each number shows its range in brackets.\n"
+               "voltage take 1 to "
+            << PGMDEV_FLASH_DEFINITION::MAX_TEXT_SIZE
+            << " characters; each number shows its range in brackets.\n"
                "Only the first chip of the value is loaded as the user flash.\n";
   const int count = ask_count(input);
   std::string script = std::to_string(count) + '\n';

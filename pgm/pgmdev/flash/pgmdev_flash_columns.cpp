@@ -1,6 +1,9 @@
-// The column table of flash records.
+// The column table of flash records, and the dialogue prompts made from the columns' facts.
 #include "flash/pgmdev_flash_columns.h"
 
+#include <algorithm>
+
+#include "base/pgmdev_hex.h"
 #include "pgm_text.h"
 
 namespace pgmdev {
@@ -29,6 +32,11 @@ FLASH_COLUMN_TABLE make_columns() {
   pgmdev_visit_flash_columns(
       [&](const char* name, auto member) { columns.at(count++) = column_of(name, member); });
   return columns;
+}
+
+// A number of the prompt's range, as the answer is written.
+std::string range_number(const FLASH_COLUMN_FACTS& facts, DWORD value) {
+  return facts.answer == FLASH_HEX ? hex_digits(value) : std::to_string(value);
 }
 
 }  // namespace
@@ -64,6 +72,27 @@ std::string flash_column_text(const FLASH_COLUMN& column, const PGMDEV_SFL_FLASH
       return MEM_DETAIL::stl_raw_sprintf("%X", unsigned(record.*column.dword));
   }
   return "";
+}
+
+// Up to three values are listed ("[0/1/2]"), more make a range ("[1 - FE]"); "-1/" leads
+// where -1 stands for none.
+std::string flash_column_prompt(const FLASH_COLUMN_FACTS& facts, bool loadable) {
+  if (facts.answer == FLASH_FIXED) return "";
+  std::string range;
+  if (facts.answer == FLASH_YES_NO) range = "Y/N";
+  if (facts.answer == FLASH_HEX || facts.answer == FLASH_DECIMAL) {
+    const DWORD high = loadable ? std::min(facts.high, facts.loads_up_to()) : facts.high;
+    if (facts.minus_one) range = "-1/";
+    if (high - facts.low <= 2) {
+      for (DWORD value = facts.low; value <= high; ++value) {
+        range += (value == facts.low ? "" : "/") + range_number(facts, value);
+      }
+    } else {
+      range += range_number(facts, facts.low) + " - " + range_number(facts, high);
+    }
+    if (*facts.unit != '\0') range += std::string(" ") + facts.unit;
+  }
+  return facts.label + (range.empty() ? "" : " [" + range + "]") + " : ";
 }
 
 }  // namespace pgmdev

@@ -4,6 +4,7 @@
 #include "codec/pgmdev_db_codec.h"
 #include "codec/pgmdev_db_container.h"
 #include "flash/pgmdev_flash_columns.h"
+#include "flash/pgmdev_flash_match.h"
 #include "pgm_common.h"
 #include "pgm_fio.h"
 #include "pgm_text.h"
@@ -92,13 +93,15 @@ struct RECORD_RULE {
   bool (*holds)(const RECORD_VALUES&);
 };
 
-bool other_position(DWORD index, DWORD taken) { return index <= 2 && index != taken; }
+bool other_position(DWORD index, DWORD taken) {
+  return pgmdev::is_identifier_position(index) && index != taken;
+}
 
 // A silicon-ID record compares only its memory ID; the two other positions are unused.
 constexpr RECORD_RULE RECORD_RULES[] = {
     {"memory_id", "memory_id != 0", [](const RECORD_VALUES& v) { return v.memory_id != 0; }},
     {"memory_id_index", "memory_id_index <= 2",
-     [](const RECORD_VALUES& v) { return v.memory_id_index <= 2; }},
+     [](const RECORD_VALUES& v) { return pgmdev::is_identifier_position(v.memory_id_index); }},
     {"memory_type_index",
      "memory_type_index == 0xFF || (memory_type_index <= 2 && memory_type_index != "
      "memory_id_index)",

@@ -9,6 +9,7 @@
 
 #include "base/pgmdev_units.h"
 #include "flash/pgmdev_flash_columns.h"
+#include "flash/pgmdev_flash_match.h"
 #include "flash/pgmdev_flash_user_codec.h"
 #include "flash/pgmdev_flash_user_rule.h"
 #include "pgm_cfg.h"
@@ -22,37 +23,31 @@ const char* const PGMDEV_FLASH_MANAGER::USER_FLASH_DEBUG_KEY = "PGM_3RD_PARTY_FL
 
 namespace {
 
-constexpr BYTE KNOWN_MARLO_IDS[] = {16, 18, 20, 21, 22, 24, 25, 32};
-
-std::string known_marlo_ids_text() {
-  std::string text;
-  for (const BYTE id : KNOWN_MARLO_IDS) text += (text.empty() ? "" : ", ") + std::to_string(id);
-  return text;
-}
-
-}  // namespace
-
-bool pgmdev::is_known_marlo_id(BYTE id) {
-  for (const BYTE known : KNOWN_MARLO_IDS) {
-    if (id == known) return true;
-  }
-  return false;
-}
-
-namespace {
-
 using namespace pgmdev;
 using RECORD = PGMDEV_SFL_FLASH_INFO;
 
-bool is_position(BYTE index) { return index <= 2; }
+constexpr const FLASH_COLUMN_FACTS& MARLO_ID = column_facts("marlo_id");
+constexpr const FLASH_COLUMN_FACTS& BULK_ERASE = column_facts("bulk_erase_time");
+constexpr const FLASH_COLUMN_FACTS& SECTOR_ERASE = column_facts("sec_erase_time");
+constexpr const FLASH_COLUMN_FACTS& PROGRAM = column_facts("program_utime");
+constexpr const FLASH_COLUMN_FACTS& DIVISION = column_facts("protection_division");
 
-std::string from_to(DWORD low, DWORD high) {
-  return std::to_string(low) + " to " + std::to_string(high);
+// The range of values that load, in words.
+std::string loading_range(const FLASH_COLUMN_FACTS& facts) {
+  return std::to_string(facts.loads_from()) + " to " + std::to_string(facts.loads_up_to());
+}
+
+std::string allowed_list(const FLASH_COLUMN_FACTS& facts) {
+  std::string text;
+  for (size_t i = 0; i < facts.allowed_count; ++i) {
+    text += (i == 0 ? "" : ", ") + std::to_string(facts.allowed[i]);
+  }
+  return text;
 }
 
 // The ranges and relations a definition must satisfy before it may drive a chip, each with
-// the sentence that names it ("<column> is <what it must be>"), built from the ranges of
-// pgmdev_flash_user_rule.h so that no number is written twice.
+// the sentence that names it ("<column> is <what it must be>"), built from the columns' facts
+// so that no range is written twice.
 struct USER_FLASH_RULE {
   const char* column;
   std::string text;
@@ -64,20 +59,20 @@ const std::vector<USER_FLASH_RULE>& user_flash_rules() {
     std::vector<USER_FLASH_RULE> list = {
         {"memory_id", "not 0", [](const RECORD& r) { return r.memory_id != 0; }},
         {"memory_id_index", "0, 1 or 2",
-         [](const RECORD& r) { return is_position(r.memory_id_index); }},
+         [](const RECORD& r) { return is_identifier_position(r.memory_id_index); }},
         {"memory_type_index", "255, or 0 to 2 and not memory_id_index",
          [](const RECORD& r) {
-           return r.memory_type_index == 0xFF ||
-                  (is_position(r.memory_type_index) && r.memory_type_index != r.memory_id_index);
+           return r.memory_type_index == 0xFF || (is_identifier_position(r.memory_type_index) &&
+                                                  r.memory_type_index != r.memory_id_index);
          }},
         {"mfc_id_index", "255, or 0 to 2 and at neither other index",
          [](const RECORD& r) {
            return r.mfc_id_index == 0xFF ||
-                  (is_position(r.mfc_id_index) && r.mfc_id_index != r.memory_id_index &&
+                  (is_identifier_position(r.mfc_id_index) && r.mfc_id_index != r.memory_id_index &&
                    (r.memory_type_index == 0xFF || r.mfc_id_index != r.memory_type_index));
          }},
-        {"marlo_id", "one of " + known_marlo_ids_text(),
-         [](const RECORD& r) { return is_known_marlo_id(r.marlo_id); }},
+        {"marlo_id", "one of " + allowed_list(MARLO_ID),
+         [](const RECORD& r) { return MARLO_ID.loads(r.marlo_id); }},
         {"die_count", "not 0", [](const RECORD& r) { return r.die_count != 0; }},
         {"device_bit_size", "a non-zero multiple of " + std::to_string(MBIT) + " (whole Mbit)",
          [](const RECORD& r) { return r.device_bit_size != 0 && r.device_bit_size % MBIT == 0; }},
@@ -85,22 +80,15 @@ const std::vector<USER_FLASH_RULE>& user_flash_rules() {
          [](const RECORD& r) {
            return r.device_sector_byte != 0 && r.device_sector_byte % KBYTE == 0;
          }},
-        {"bulk_erase_time", from_to(1, USER_FLASH_BULK_ERASE_MAX_S),
+        {"bulk_erase_time", loading_range(BULK_ERASE),
+         [](const RECORD& r) { return BULK_ERASE.loads(r.bulk_erase_time); }},
+        {"sec_erase_time", loading_range(SECTOR_ERASE),
+         [](const RECORD& r) { return SECTOR_ERASE.loads(r.sec_erase_time); }},
+        {"program_utime", loading_range(PROGRAM),
+         [](const RECORD& r) { return PROGRAM.loads(r.program_utime); }},
+        {"protection_division", "at most " + std::to_string(DIVISION.loads_up_to()) + ", or 255",
          [](const RECORD& r) {
-           return r.bulk_erase_time >= 1 && r.bulk_erase_time <= USER_FLASH_BULK_ERASE_MAX_S;
-         }},
-        {"sec_erase_time", from_to(1, USER_FLASH_SECTOR_ERASE_MAX_S),
-         [](const RECORD& r) {
-           return r.sec_erase_time >= 1 && r.sec_erase_time <= USER_FLASH_SECTOR_ERASE_MAX_S;
-         }},
-        {"program_utime", from_to(USER_FLASH_PROGRAM_MIN_US, USER_FLASH_PROGRAM_MAX_US),
-         [](const RECORD& r) {
-           return r.program_utime >= USER_FLASH_PROGRAM_MIN_US &&
-                  r.program_utime <= USER_FLASH_PROGRAM_MAX_US;
-         }},
-        {"protection_division", "at most " + std::to_string(USER_FLASH_DIVISION_MAX) + ", or 255",
-         [](const RECORD& r) {
-           return r.protection_division <= USER_FLASH_DIVISION_MAX || r.protection_division == 0xFF;
+           return DIVISION.loads(r.protection_division) || r.protection_division == 0xFF;
          }},
     };
     for (USER_FLASH_RULE& rule : list) rule.text = std::string(rule.column) + " is " + rule.text;
@@ -242,7 +230,10 @@ PGMDEV_USER_FLASH_VERDICT examine(const std::string& value, bool whole_value,
   }
   if (count < PGMDEV_FLASH_MANAGER::TOTAL_DATABASE_MEMBER) {
     fields.resize(count);
-    return stopped("fields", "only " + std::to_string(count) + " of the 33 fields", fields);
+    return stopped("fields",
+                   "only " + std::to_string(count) + " of the " +
+                       std::to_string(PGMDEV_FLASH_MANAGER::TOTAL_DATABASE_MEMBER) + " fields",
+                   fields);
   }
   PGMDEV_USER_FLASH_VERDICT verdict;
   if (!assign_fields(fields.data(), verdict.record)) {

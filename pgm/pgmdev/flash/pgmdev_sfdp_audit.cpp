@@ -6,6 +6,7 @@
 
 #include "base/pgmdev_hex.h"
 #include "base/pgmdev_units.h"
+#include "flash/pgmdev_flash_match.h"
 #include "pgm_text.h"
 #include "pgmdev_sfdp.h"
 
@@ -14,20 +15,20 @@ namespace {
 using pgmdev::KBYTE;
 using pgmdev::MBIT;
 
-// Whether the record answers these identifier bytes (arrival order), as identification does.
+using pgmdev::is_identifier_position;
+
+// Whether the record answers these identifier bytes (arrival order): identification's rule.
 bool answers(const PGMDEV_SFL_FLASH_INFO& r, const std::vector<BYTE>& id) {
-  if (r.silicon_id || id.size() != 3 || r.memory_id_index > 2) return false;
-  return id[r.memory_id_index] == r.memory_id &&
-         (r.memory_type_index > 2 || id[r.memory_type_index] == r.memory_type) &&
-         (r.mfc_id_index > 2 || id[r.mfc_id_index] == r.mfc_id);
+  return id.size() == PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE &&
+         pgmdev::answers_device_id(r, id.data());
 }
 
 // The bytes a chip of this record sends, where the record checks them.
 std::vector<BYTE> identifier_of(const PGMDEV_SFL_FLASH_INFO& r) {
-  std::vector<BYTE> id(3, 0);
-  if (r.memory_id_index <= 2) id[r.memory_id_index] = r.memory_id;
-  if (r.memory_type_index <= 2) id[r.memory_type_index] = r.memory_type;
-  if (r.mfc_id_index <= 2) id[r.mfc_id_index] = r.mfc_id;
+  std::vector<BYTE> id(PGMDEV_FLASH_MANAGER::FLASH_ID_SIZE, 0);
+  if (is_identifier_position(r.memory_id_index)) id[r.memory_id_index] = r.memory_id;
+  if (is_identifier_position(r.memory_type_index)) id[r.memory_type_index] = r.memory_type;
+  if (is_identifier_position(r.mfc_id_index)) id[r.mfc_id_index] = r.mfc_id;
   return id;
 }
 
@@ -184,7 +185,8 @@ void PGMDEV_SFDP_AUDIT::check_rules(const PGMDEV_SFL_FLASH_INFO* records, DWORD 
   for (DWORD i = 0; i < count; ++i) {
     const PGMDEV_SFL_FLASH_INFO& r = records[i];
     defaults[upper(r.device_name)] += r.default_dev ? 1 : 0;
-    if (r.mfc_id_index <= 2 && !PGMDEV_SFDP_DEFINITION::has_odd_parity(r.mfc_id)) {
+    if (is_identifier_position(r.mfc_id_index) &&
+        !PGMDEV_SFDP_DEFINITION::has_odd_parity(r.mfc_id)) {
       find(r, "", "manufacturer byte has even parity");
     }
     const QWORD by_id =

@@ -6,7 +6,6 @@
 #include "base/pgmdev_hex.h"
 #include "base/pgmdev_units.h"
 #include "flash/pgmdev_flash_columns.h"
-#include "flash/pgmdev_flash_user_rule.h"
 #include "pgmdev_sfdp.h"
 
 namespace {
@@ -16,10 +15,11 @@ using pgmdev::MBIT;
 
 constexpr QWORD RECORD_MAX_BITS = 0xFFFFFFFF;
 // A definition's ranges for the three times.
-constexpr QWORD SECTOR_ERASE_MAX_S = pgmdev::USER_FLASH_SECTOR_ERASE_MAX_S;
-constexpr QWORD BULK_ERASE_MAX_S = pgmdev::USER_FLASH_BULK_ERASE_MAX_S;
-constexpr QWORD PROGRAM_MIN_US = pgmdev::USER_FLASH_PROGRAM_MIN_US;
-constexpr QWORD PROGRAM_MAX_US = pgmdev::USER_FLASH_PROGRAM_MAX_US;
+constexpr const pgmdev::FLASH_COLUMN_FACTS& SECTOR_ERASE = pgmdev::column_facts("sec_erase_time");
+constexpr const pgmdev::FLASH_COLUMN_FACTS& BULK_ERASE = pgmdev::column_facts("bulk_erase_time");
+constexpr const pgmdev::FLASH_COLUMN_FACTS& PROGRAM = pgmdev::column_facts("program_utime");
+constexpr QWORD SECTOR_ERASE_MAX_S = SECTOR_ERASE.loads_up_to();
+constexpr QWORD BULK_ERASE_MAX_S = BULK_ERASE.loads_up_to();
 // Times for tables that declare none: above the largest maximum any table of the test
 // dumps declares for 64 KB, for the whole chip per Mbit and for one page.
 constexpr QWORD DEFAULT_SECTOR_ERASE_S_PER_64KB = 8;
@@ -154,12 +154,14 @@ PGMDEV_SFDP_DEFINITION::PGMDEV_SFDP_DEFINITION(const PGMDEV_SFDP& sfdp, const st
         "the block protection bits are volatile (DWORD 1 bit 3): the chip may "
         "start protected; say whether it does (startup_protected)");
   }
-  // Keep the sources in column order, whatever order the rules ran in.
+  // Keep the sources in column order, whatever order the rules ran in, one for each column.
   std::vector<std::pair<std::string, std::string>> ordered;
   for (const pgmdev::FLASH_COLUMN& column : pgmdev::flash_columns()) {
+    const size_t before = ordered.size();
     for (const auto& entry : m_sources) {
       if (entry.first == column.name) ordered.push_back(entry);
     }
+    if (ordered.size() == before) ordered.emplace_back(column.name, "default: no rule sets it");
   }
   m_sources.swap(ordered);
 }
@@ -287,19 +289,20 @@ void PGMDEV_SFDP_DEFINITION::set_sector(const PGMDEV_SFDP& sfdp) {
 void PGMDEV_SFDP_DEFINITION::set_times(const PGMDEV_SFDP& sfdp) {
   const PGMDEV_SFDP_ERASE_TYPE& sector = sfdp.erase_types()[m_sector_type];
   const QWORD mbit = m_record.device_bit_size / MBIT;
-  const auto clamp = [this](const char* column, QWORD value, QWORD low, QWORD high,
+  // Into the range that loads.
+  const auto clamp = [this](const pgmdev::FLASH_COLUMN_FACTS& column, QWORD value,
                             const std::string& unit) {
+    const QWORD high = column.loads_up_to();
     if (value > high) {
-      m_warnings.push_back(std::string(column) + ": the chip's maximum " + std::to_string(value) +
-                           " " + unit + " lies beyond the definition's range; clamped to " +
-                           std::to_string(high));
+      m_warnings.push_back(
+          std::string(column.name) + ": the chip's maximum " + std::to_string(value) + " " + unit +
+          " lies beyond the definition's range; clamped to " + std::to_string(high));
       return high;
     }
-    return std::max(value, low);
+    return std::max<QWORD>(value, column.loads_from());
   };
   if (sector.maximum_ms) {
-    m_record.sec_erase_time = DWORD(
-        clamp("sec_erase_time", ceil_div(sector.maximum_ms, 1000), 1, SECTOR_ERASE_MAX_S, "s"));
+    m_record.sec_erase_time = DWORD(clamp(SECTOR_ERASE, ceil_div(sector.maximum_ms, 1000), "s"));
     source("sec_erase_time", "basic table DWORD 10: erase type " +
                                  std::to_string(m_sector_type + 1) + " maximum, rounded up");
   } else {
@@ -309,11 +312,10 @@ void PGMDEV_SFDP_DEFINITION::set_times(const PGMDEV_SFDP& sfdp) {
     source("sec_erase_time", "default: the table declares no erase time");
   }
   if (sfdp.has_times()) {
-    m_record.bulk_erase_time = DWORD(clamp(
-        "bulk_erase_time", ceil_div(sfdp.chip_erase_maximum_ms(), 1000), 1, BULK_ERASE_MAX_S, "s"));
+    m_record.bulk_erase_time =
+        DWORD(clamp(BULK_ERASE, ceil_div(sfdp.chip_erase_maximum_ms(), 1000), "s"));
     source("bulk_erase_time", "basic table DWORD 11: chip erase maximum, rounded up");
-    m_record.program_utime = DWORD(
-        clamp("program_utime", sfdp.program_maximum_us(), PROGRAM_MIN_US, PROGRAM_MAX_US, "us"));
+    m_record.program_utime = DWORD(clamp(PROGRAM, sfdp.program_maximum_us(), "us"));
     source("program_utime", "basic table DWORD 11: page program maximum");
   } else {
     m_record.bulk_erase_time = DWORD(

@@ -6,14 +6,26 @@
 #include "flash/pgmdev_flash_columns.h"
 #include "flash/pgmdev_flash_user_codec.h"
 #include "flash/pgmdev_flash_user_rule.h"
+#include "pgmdev_flash_definition.h"
 #include "pgmdev_sfdp.h"
 
 namespace {
 
 void check_text(const char* column, const std::string& text) {
-  if (text.empty() || text.size() > 19 || text.find_first_of("@#;") != std::string::npos) {
-    throw PGMDEV_SFDP_ERROR(std::string(column) + " '" + text +
-                            "' must be 1 to 19 characters without @, # or ;");
+  if (!PGMDEV_FLASH_DEFINITION::text_refusal(text).empty()) {
+    throw PGMDEV_SFDP_ERROR(std::string(column) + " '" + text + "' must be 1 to " +
+                            std::to_string(PGMDEV_FLASH_DEFINITION::MAX_TEXT_SIZE) +
+                            " characters without @, # or ;");
+  }
+}
+
+// The answers the dialogue would take for the column.
+void check_asked_range(const char* column, DWORD value) {
+  const pgmdev::FLASH_COLUMN_FACTS& facts = pgmdev::column_facts(column);
+  if (value < facts.low || value > facts.high) {
+    throw PGMDEV_SFDP_ERROR(std::string(column) + " must be " + std::to_string(facts.low) +
+                            (facts.high - facts.low == 1 ? " or " : " to ") +
+                            std::to_string(facts.high));
   }
 }
 
@@ -33,7 +45,7 @@ void PGMDEV_SFDP_DEFINITION::set_answers(const PGMDEV_SFDP_CHOICES& c) {
   take("asc_voltage", r.asc_voltage, c.asc_voltage, std::string("3.3V"), "the usual AS voltage");
   check_text("asc_voltage", r.asc_voltage);
   take("die_count", r.die_count, c.die_count, BYTE(1), "one die");
-  if (r.die_count < 1 || r.die_count > 2) throw PGMDEV_SFDP_ERROR("die_count must be 1 or 2");
+  check_asked_range("die_count", r.die_count);
   take("marlo_id", r.marlo_id, c.marlo_id, BYTE(32), "the code of a commodity flash");
   if (const char* rule = pgmdev::broken_user_flash_rule_of("marlo_id", r)) {
     throw PGMDEV_SFDP_ERROR(rule);
