@@ -3,12 +3,12 @@
 #pragma once
 
 #include <array>
-#include <string_view>
+#include <string>
 
 #include "pgmdev_dev_info_manager_auto_export.h"
 
 // Device information names: dev info section names (54).
-inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_SECTION_NAMES[] = {
+inline const std::string PGMDEV_STATIC_DEV_INFO_SECTION_NAMES[] = {
     "ARRAY_ADDRESS_MAP",   "ACTION_HDR",         "ACTION_SIZE_START",   "FLASH_DATA_HDR",
     "PAD_REGION_TYPE",     "JTAG_ERASE_VALUE",   "CONFIG_MODE_LIMIT",   "CHAIN_MODE_TABLE",
     "JTAG_ID_LIST",        "FLASH_STEP_LIMIT",   "PAD_DATA_LIMIT",      "POWER_MODE_HDR",
@@ -26,7 +26,7 @@ inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_SECTION_NAMES[] = {
 };
 
 // Device information names: dev info header field names (94).
-inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_HEADER_FIELD_NAMES[] = {
+inline const std::string PGMDEV_STATIC_DEV_INFO_HEADER_FIELD_NAMES[] = {
     "USER_BIT_START",      "ACTION_ADDRESS_MAP",   "PROGRAM_BYTE_HDR",     "DEVICE_ID_FLAGS",
     "KEY_ROW_MASK",        "DEVICE_SIZE_END",      "CONFIG_COUNT_START",   "BLOCK_CLOCK_END",
     "FLASH_FRAME_LIST",    "POWER_DELAY_TABLE",    "SECURITY_ID_LIMIT",    "OPTION_ROW_FLAGS",
@@ -54,7 +54,7 @@ inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_HEADER_FIELD_NAMES[] = 
 };
 
 // Device information names: dev info action field names (89).
-inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_ACTION_FIELD_NAMES[] = {
+inline const std::string PGMDEV_STATIC_DEV_INFO_ACTION_FIELD_NAMES[] = {
     "USER_FRAME_LIST",     "DEVICE_CLOCK_MASK",   "ACTION_ERASE_VALUE",    "CONFIG_ERASE_END",
     "POWER_BYTE_END",      "KEY_WORD_START",      "ARRAY_FRAME_LIST",      "SECTOR_COUNT_HDR",
     "CHAIN_ADDRESS_VALUE", "DEVICE_MODE_START",   "ACTION_STEP_TABLE",     "DEVICE_ID_HDR",
@@ -81,7 +81,7 @@ inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_ACTION_FIELD_NAMES[] = 
 };
 
 // Device information names: dev info field names (451).
-inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_FIELD_NAMES[] = {
+inline const std::string PGMDEV_STATIC_DEV_INFO_FIELD_NAMES[] = {
     "DEVICE_COUNT_TABLE",  "PAD_BIT_INFO",         "PAD_PAGE_INFO",        "PROGRAM_ERASE_FLAGS",
     "ACTION_STEP_VALUE",   "TIMING_REGION_TYPE",   "CONFIG_CLOCK_END",     "KEY_BYTE_LIST",
     "ARRAY_COUNT_TYPE",    "PROGRAM_MODE_MASK",    "POWER_FRAME_MASK",     "USER_CLOCK_END",
@@ -198,7 +198,7 @@ inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_FIELD_NAMES[] = {
 };
 
 // Device information names: dev info type names (22).
-inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_TYPE_NAMES[] = {
+inline const std::string PGMDEV_STATIC_DEV_INFO_TYPE_NAMES[] = {
     "SECTOR_DATA_START",    "BLOCK_STEP_INFO",    "VERIFY_WORD_HDR",    "SECTOR_BYTE_MAP",
     "ACTION_STEP_END",      "CONFIG_STEP_END",    "ARRAY_BIT_END",      "CHAIN_WORD_LIMIT",
     "POWER_ERASE_TYPE",     "DEVICE_COUNT_START", "ACTION_REGION_INFO", "SECTOR_FRAME_LIMIT",
@@ -208,7 +208,7 @@ inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_TYPE_NAMES[] = {
 };
 
 // Device information names: dev info flash field names (36).
-inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_FLASH_FIELD_NAMES[] = {
+inline const std::string PGMDEV_STATIC_DEV_INFO_FLASH_FIELD_NAMES[] = {
     "CONFIG_FRAME_HDR",    "CONFIG_ERASE_TYPE",   "CONFIG_OFFSET_LIMIT", "ARRAY_WORD_TABLE",
     "CONFIG_ID_LIMIT",     "SECURITY_STEP_VALUE", "ARRAY_REGION_FLAGS",  "SECURITY_MODE_TYPE",
     "ACTION_ADDRESS_LIST", "KEY_SIZE_MASK",       "STATUS_PAGE_MAP",     "CHAIN_ERASE_START",
@@ -221,7 +221,7 @@ inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_FLASH_FIELD_NAMES[] = {
 };
 
 // Device information names: dev info security field names (25).
-inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_SECURITY_FIELD_NAMES[] = {
+inline const std::string PGMDEV_STATIC_DEV_INFO_SECURITY_FIELD_NAMES[] = {
     "POWER_SIZE_TYPE",  "PROGRAM_DELAY_INFO", "USER_REGION_MAP",    "TIMING_WORD_LIMIT",
     "PAD_FRAME_LIMIT",  "ACTION_MODE_INFO",   "FLASH_STEP_FLAGS",   "VERIFY_CLOCK_LIST",
     "DEVICE_ROW_END",   "POWER_ERASE_MASK",   "USER_STEP_MAP",      "USER_SIZE_MASK",
@@ -232,14 +232,14 @@ inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_SECURITY_FIELD_NAMES[] 
 };
 
 // Device information names: dev info power field names (9).
-inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_POWER_FIELD_NAMES[] = {
+inline const std::string PGMDEV_STATIC_DEV_INFO_POWER_FIELD_NAMES[] = {
     "BLOCK_BIT_START", "PROGRAM_MODE_HDR", "CONFIG_CLOCK_FLAGS",
     "SECTOR_SIZE_MAP", "KEY_WORD_LIMIT",   "KEY_COUNT_VALUE",
     "ARRAY_ROW_MASK",  "POWER_WORD_START", "SECURITY_FRAME_MAP",
 };
 
 // Device information names: dev info timing field names (17).
-inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_TIMING_FIELD_NAMES[] = {
+inline const std::string PGMDEV_STATIC_DEV_INFO_TIMING_FIELD_NAMES[] = {
     "JTAG_WORD_FLAGS",   "SECTOR_MODE_TABLE", "VERIFY_MODE_TYPE",   "USER_BIT_INFO",
     "DEVICE_DATA_MAP",   "TIMING_ID_FLAGS",   "TIMING_STEP_END",    "USER_BIT_MASK",
     "POWER_REGION_END",  "SECTOR_ERASE_LIST", "DEVICE_OFFSET_LIST", "JTAG_REGION_HDR",
@@ -249,8 +249,8 @@ inline constexpr std::string_view PGMDEV_STATIC_DEV_INFO_TIMING_FIELD_NAMES[] = 
 
 // Column names of the device information source table, in column order: those of the
 // record's column table.
-inline constexpr auto PGMDEV_STATIC_DEV_INFO_CSV_COLUMNS = [] {
-  std::array<std::string_view, TOTAL_DEVICE_DATABASE_MEMBER> names{};
+inline const auto PGMDEV_STATIC_DEV_INFO_CSV_COLUMNS = [] {
+  std::array<std::string, TOTAL_DEVICE_DATABASE_MEMBER> names;
   for (size_t i = 0; i < names.size(); ++i) names[i] = PGMDEV_DEVICE_INFO_COLUMNS[i].name;
   return names;
 }();
