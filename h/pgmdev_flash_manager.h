@@ -126,7 +126,7 @@ struct PGMDEV_API PGMDEV_USER_FLASH_VERDICT {
   std::string stage;   // "" when it loads; else "decode", "seal", "fields", "rule" or "password"
   std::string reason;  // a sentence naming what stopped it; "" when it loads
   std::vector<std::string> fields;  // the fields read, when they made no record
-  bool has_record = false;          // the 33 fields made a record (stages "rule", "password", "")
+  bool has_record = false;          // the fields made a record (stages "rule", "password", "")
   PGMDEV_SFL_FLASH_INFO record;
 };
 

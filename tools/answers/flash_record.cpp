@@ -1,4 +1,4 @@
-// Formats the 33 columns of a serial flash record; reads an identifier from hex text.
+// Formats the columns of a serial flash record; reads an identifier from hex text.
 #include "flash_record.h"
 
 #include <set>

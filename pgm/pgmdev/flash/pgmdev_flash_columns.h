@@ -1,4 +1,4 @@
-// The 33 columns of a flash record, in file order: one table drives reading, writing,
+// The columns of a flash record, in file order: one table drives reading, writing,
 // converting and printing a record, and one description per column says what a user
 // definition may put in it and how the definition dialogue asks for it.
 #pragma once

@@ -27,7 +27,7 @@ bool password_matches(const std::string& text, const std::string& password);
 // The field between the "@" at or after `position` and the next "@", upper-cased; moves
 // `position` to that closing "@", which opens the next field. False when there is none.
 bool next_field(const std::string& text, std::string* value, size_t& position);
-// The record of 33 fields in column order; false when a field is not of its column's type.
+// The record's fields in column order; false when a field is not of its column's type.
 bool assign_fields(const std::string* fields, PGMDEV_SFL_FLASH_INFO& record);
 
 // The fields text sealed with its password and encoded: a configuration value.

@@ -1,4 +1,4 @@
-// Derives the 33 columns of a flash record from a chip's SFDP tables, its identifier bytes
+// Derives the columns of a flash record from a chip's SFDP tables, its identifier bytes
 // and the maintainer's answers, one written rule per column (doc/sfdp.md).
 #include <algorithm>
 #include <cstdio>
