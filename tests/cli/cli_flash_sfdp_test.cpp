@@ -14,20 +14,15 @@ namespace {
 
 using nlohmann::json;
 using pgmdev::test::run_cli;
+using pgmdev::test::table_lines;
 
 const std::string DATA = std::string(PGMDEV_SOURCE_DIR) + "/tests/data/sfdp/";
 
 // (file, identifier) of every dump, from the known answers.
 std::vector<std::pair<std::string, std::string>> dumps() {
   std::vector<std::pair<std::string, std::string>> out;
-  std::ifstream in(DATA + "chips.tsv");
-  std::string line;
-  while (std::getline(in, line)) {
-    if (line.empty() || line[0] == '#' || line.rfind("file", 0) == 0) continue;
-    std::istringstream cells(line);
-    std::string file, id;
-    cells >> file >> id;
-    out.emplace_back(file, id);
+  for (const auto& line : table_lines(DATA + "chips.tsv")) {
+    if (line.words[0] != "file") out.emplace_back(line.words[0], line.words[1]);
   }
   return out;
 }

@@ -16,6 +16,7 @@ using namespace flash_test;
 const std::string DATA = std::string(PGMDEV_SOURCE_DIR) + "/tests/data/sfdp/";
 
 using pgmdev::test::read_text;
+using pgmdev::test::table_lines;
 
 class FlashSfdpAudit : public FlashTest {
  protected:
@@ -26,14 +27,10 @@ class FlashSfdpAudit : public FlashTest {
       cfg_set_value(std::string("PGM_ALLOW_") + gate, "on");
     const PGMDEV_FLASH_MANAGER manager(false, 1);
     PGMDEV_SFDP_AUDIT audit;
-    std::istringstream lines(read_text(DATA + "chips.tsv"));
-    std::string line;
-    while (std::getline(lines, line)) {
-      if (line.empty() || line[0] == '#' || line.rfind("file", 0) == 0) continue;
-      std::istringstream cells(line);
-      std::string file, id;
-      cells >> file >> id;
-      audit.add_dump(file, id_bytes(id),
+    for (const auto& line : table_lines(DATA + "chips.tsv")) {
+      const std::string& file = line.words[0];
+      if (file == "file") continue;  // the header
+      audit.add_dump(file, id_bytes(line.words[1]),
                      PGMDEV_SFDP(PGMDEV_SFDP::dump_bytes(read_text(DATA + file))));
     }
     std::vector<PGMDEV_SFL_FLASH_INFO> records(
