@@ -233,10 +233,24 @@ TEST(NamingBlob, OpnTableChecks) {
 }
 
 TEST(NamingBlob, OpnSlotsKeepBlobOrder) {
+  // Runs of one-byte numbers of every length up to 40, each ended by a longer number, then
+  // a run that ends the table: what is read sixteen bytes at a time and what is not.
+  std::vector<QWORD> values;
+  for (QWORD run = 0; run <= 40; ++run) {
+    for (QWORD k = 0; k < run; ++k) values.push_back((run * 7 + k) % 128);
+    values.push_back(run % 2 == 0 ? 128 + run : 0xFFFFFFFF - run);
+  }
+  values.insert(values.end(), 17, 0);
+  for (size_t size : {values.size(), size_t(16), size_t(15), size_t(33)}) {
+    const std::vector<QWORD> head(values.begin(), values.begin() + std::ptrdiff_t(size));
+    const std::vector<BYTE> blob = pgmdev::seal_naming_blob(opn_payload(head, DWORD(size)));
+    const std::vector<BYTE> compressed = compress(blob);
+    const auto db = open_opn_db(compressed.data(), DWORD(compressed.size()), DWORD(blob.size()));
+    EXPECT_EQ(std::vector<QWORD>(db->m_slots.begin(), db->m_slots.end()), head) << size;
+  }
   const std::vector<BYTE> blob = pgmdev::seal_naming_blob(opn_payload({0, 200, 0, 7, 200}, 5));
   const std::vector<BYTE> compressed = compress(blob);
   const auto db = open_opn_db(compressed.data(), DWORD(compressed.size()), DWORD(blob.size()));
-  EXPECT_EQ(db->m_slots, (std::vector<DWORD>{0, 200, 0, 7, 200}));
   // The first questions walk the slots, later ones use the index: the answers stay.
   for (int round = 0; round < 12; ++round) {
     EXPECT_EQ(db->find_slot_of(200), 1u) << round;  // the first slot wins

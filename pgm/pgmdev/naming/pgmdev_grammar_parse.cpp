@@ -19,21 +19,10 @@ inline QWORD load_le64(const char* at) {
 
 // At least the number of entries in the payload [from, limit): every entry ends with two
 // zero bytes in a row (its last string's and its own) and no two entries share them, so
-// counting such pairs sizes the entry table in one allocation.
-size_t count_entries_bound(const std::vector<QWORD>& zeros, DWORD from, DWORD limit) {
-  const size_t first = from / 64, last = (limit - 1) / 64;
-  size_t pairs = 0;
-  QWORD carry = 0;  // bit 0 set when the previous word's last byte was zero
-  for (size_t word = first; word <= last; ++word) {
-    QWORD bits = zeros[word];
-    if (word == first) bits &= ~QWORD(0) << (from % 64);
-    if (word == last) bits &= ~QWORD(0) >> (63 - (limit - 1) % 64);
-    // Pairs are rare: most words have none to count.
-    for (QWORD pair = bits & ((bits << 1) | carry); pair != 0; pair &= pair - 1) ++pairs;
-    carry = bits >> 63;
-  }
+// the map's count of such pairs sizes the entry table in one allocation.
+size_t count_entries_bound(const PGMDEV_DDB_GRAMMAR_ZEROS& zeros, DWORD from, DWORD limit) {
   // An entry takes five bytes at least ("K\0V\0\0"): a run of zeros asks for no more.
-  return std::min<size_t>(pairs, (limit - from) / 5);
+  return std::min<size_t>(zeros.pair_count(from, limit), (limit - from) / 5);
 }
 
 // The first eight bytes of a string of the text (zeros past its end) as a number whose
@@ -59,7 +48,7 @@ QWORD ordered_head(std::string_view text) {
 // How many strings follow from `from` up to the end of their entry (a zero byte right after
 // another), read off the zero map: what a long list's table is sized for. Only a size: a
 // malformed entry may be counted short or long.
-size_t strings_to_entry_end(const std::vector<QWORD>& zeros, DWORD from, DWORD limit) {
+size_t strings_to_entry_end(const PGMDEV_DDB_GRAMMAR_ZEROS::WORDS& zeros, DWORD from, DWORD limit) {
   size_t count = 0;
   QWORD carry = 0;  // bit 0 set when the previous word's last byte was zero
   for (size_t word = from / 64; word * 64 < limit; ++word) {
@@ -77,7 +66,7 @@ size_t strings_to_entry_end(const std::vector<QWORD>& zeros, DWORD from, DWORD l
 // always holds a zero past the text, so next() finds one.
 class ZERO_CURSOR {
  public:
-  ZERO_CURSOR(const std::vector<QWORD>& words, DWORD from)
+  ZERO_CURSOR(const PGMDEV_DDB_GRAMMAR_ZEROS::WORDS& words, DWORD from)
       : m_words(words.data()),
         m_word(from / 64),
         m_bits(words[from / 64] & (~QWORD(0) << (from % 64))) {}
@@ -130,7 +119,7 @@ QWORD fingerprint(std::string_view text) {
 class SECTION_BUILDER {
  public:
   SECTION_BUILDER(PGMDEV_DDB_GRAMMAR_ENTRIES& table, const char* text,
-                  const std::vector<QWORD>& zeros, DWORD limit)
+                  const PGMDEV_DDB_GRAMMAR_ZEROS::WORDS& zeros, DWORD limit)
       : m_table(table), m_text(text), m_zeros(zeros), m_limit(limit), m_list(SHORT_LIST) {}
 
   void start(PGMDEV_DDB_GRAMMAR_SECTION& section) {
@@ -264,7 +253,7 @@ class SECTION_BUILDER {
 
   PGMDEV_DDB_GRAMMAR_ENTRIES& m_table;
   const char* m_text;
-  const std::vector<QWORD>& m_zeros;
+  const PGMDEV_DDB_GRAMMAR_ZEROS::WORDS& m_zeros;
   DWORD m_limit;
   PGMDEV_DDB_GRAMMAR_SECTION* m_section = nullptr;
   bool m_in_order = true;
@@ -292,7 +281,7 @@ class GRAMMAR_READER {
   bool at_zero() const { return m_data[m_index] == 0; }
   void skip() { ++m_index; }
   size_t count_entries_bound() const {
-    return pgmdev::count_entries_bound(m_zeros.words(), m_index, m_limit);
+    return pgmdev::count_entries_bound(m_zeros, m_index, m_limit);
   }
 
   // An entry as it nearly always is: a key in order, one or more strings none of which is
@@ -431,7 +420,7 @@ bool index_packed_payload(const BYTE* text, DWORD data_size, PGMDEV_DDB_GRAMMAR_
   if (data_size < NAMING_MAGIC_SIZE + NAMING_TRAILER_SIZE) return false;
   const DWORD limit = data_size - NAMING_TRAILER_SIZE;
   PGMDEV_DDB_GRAMMAR_ENTRIES& table = db.entry_table();
-  table.reserve(table.size() + count_entries_bound(db.zeros().words(), NAMING_MAGIC_SIZE, limit));
+  table.reserve(table.size() + count_entries_bound(db.zeros(), NAMING_MAGIC_SIZE, limit));
   const char* chars = reinterpret_cast<const char*>(text);
   DWORD at = NAMING_MAGIC_SIZE;
   ZERO_CURSOR zero(db.zeros().words(), at);  // at the first zero from `at` on

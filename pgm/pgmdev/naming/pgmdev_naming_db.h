@@ -120,8 +120,14 @@ constexpr size_t PGMDEV_DDB_GRAMMAR_TEXT_SLACK = 64;
 // length without reading the others.
 class PGMDEV_DDB_GRAMMAR_ZEROS {
  public:
+  using WORDS = std::vector<QWORD, pgmdev::UNINITIALISED_ALLOCATOR<QWORD>>;
+
   // Maps the first `size` bytes of `text` and the slack behind them.
   void map(const BYTE* text, size_t size);
+  // How many zero bytes in [from, to) follow another zero byte: at least the number of
+  // entries there, each of which ends with such a pair, so the parser sizes its table by it.
+  // Counted as the map is made; only the words around `from` and past `to` are read again.
+  size_t pair_count(DWORD from, DWORD to) const;
 
   // The first zero byte at or after `from` (which must lie in the mapped bytes).
   DWORD next(DWORD from) const {
@@ -141,10 +147,11 @@ class PGMDEV_DDB_GRAMMAR_ZEROS {
   // until it returns true; `from` above 0.
   template <typename VISIT>
   bool for_each_start(DWORD from, DWORD to, VISIT visit) const;
-  const std::vector<QWORD>& words() const { return m_words; }
+  const WORDS& words() const { return m_words; }
 
  protected:
-  std::vector<QWORD> m_words;  // one more than mapped, zero, so a word always has a next
+  WORDS m_words;  // one more than mapped, zero, so a word always has a next
+  size_t m_pairs = 0;
 };
 
 template <typename VISIT>
@@ -283,7 +290,8 @@ class PGMDEV_DDB_GRAMMAR_DB {
 // The OPN slot table: slot number = OPN enumeration, value = part enumeration (0 unassigned).
 class PGMDEV_DDB_OPN_DB {
  public:
-  std::vector<DWORD> m_slots;
+  // Every slot is written by the parser, so the table is not cleared first.
+  std::vector<DWORD, pgmdev::UNINITIALISED_ALLOCATOR<DWORD>> m_slots;
 
   // The first slot holding `part`, or INVALID_DWORD. The first few calls walk the slots;
   // later ones go through an index built then.
