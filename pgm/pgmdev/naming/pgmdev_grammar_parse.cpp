@@ -62,46 +62,39 @@ size_t strings_to_entry_end(const PGMDEV_DDB_GRAMMAR_ZEROS::WORDS& zeros, DWORD 
   return count;
 }
 
-// Steps through the zero bytes of the text in order, a word of the map at a time. The map
-// always holds a zero past the text, so next() finds one.
-class ZERO_CURSOR {
+// The layout of a packed payload read off the zero map: where a key ends (its zero) and
+// where the entry after it closes (the first zero right after another). The map holds a
+// zero past the text, so a search for a zero ends; one for a pair stops at `limit`.
+class LAYOUT_MAP {
  public:
-  ZERO_CURSOR(const PGMDEV_DDB_GRAMMAR_ZEROS::WORDS& words, DWORD from)
-      : m_words(words.data()),
-        m_word(from / 64),
-        m_bits(words[from / 64] & (~QWORD(0) << (from % 64))) {}
+  LAYOUT_MAP(const PGMDEV_DDB_GRAMMAR_ZEROS::WORDS& words, DWORD limit)
+      : m_words(words.data()), m_limit(limit) {}
 
-  DWORD next() {
-    while (m_bits == 0) m_bits = m_words[++m_word];
-    const DWORD zero = DWORD(m_word * 64 + size_t(__builtin_ctzll(m_bits)));
-    m_bits &= m_bits - 1;
-    return zero;
+  DWORD zero_from(DWORD from) const {
+    size_t word = from / 64;
+    QWORD bits = m_words[word] & (~QWORD(0) << (from % 64));
+    while (bits == 0) bits = m_words[++word];
+    return DWORD(word * 64 + size_t(__builtin_ctzll(bits)));
   }
 
-  // Steps over an entry's list whose key's zero, just stepped over, is `key_end`, and over
-  // the entry's closing zero (the first zero right after another): returns that zero, or
-  // `limit` when none lies below `limit`. Strings in between are not stepped over one by
-  // one: a word of the map shows where two zeros meet.
-  DWORD close_list(DWORD key_end, DWORD limit) {
-    QWORD bits = m_bits | QWORD(1) << (key_end % 64);  // the key's zero starts a pair too
-    QWORD carry = 0;  // bit 0 set when the previous word's last byte was zero
-    for (;;) {
-      const QWORD pairs = bits & ((bits << 1) | carry);
-      if (pairs != 0) {
-        const QWORD closing = pairs & -pairs;
-        m_bits = bits & ~(closing | (closing - 1));
-        return DWORD(m_word * 64 + size_t(__builtin_ctzll(closing)));
-      }
-      if ((m_word + 1) * 64 >= limit) return limit;
-      carry = bits >> 63;
-      bits = m_words[++m_word];
+  // The first zero at or after `from` whose byte before is zero too, or the limit.
+  DWORD pair_end_from(DWORD from) const {
+    size_t word = from / 64;
+    QWORD bits = pair_ends(word) & (~QWORD(0) << (from % 64));
+    while (bits == 0) {
+      if (++word * 64 >= m_limit) return m_limit;
+      bits = pair_ends(word);
     }
+    return std::min(DWORD(word * 64 + size_t(__builtin_ctzll(bits))), m_limit);
   }
 
  private:
+  QWORD pair_ends(size_t word) const {
+    return m_words[word] & ((m_words[word] << 1) | (word == 0 ? 0 : m_words[word - 1] >> 63));
+  }
+
   const QWORD* m_words;
-  size_t m_word;
-  QWORD m_bits;  // the word's zeros not yet stepped over
+  DWORD m_limit;
 };
 
 // A cheap summary of a name for the repeat check: equal names have equal prints. A name
@@ -419,37 +412,44 @@ void parse_grammar_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_GRAMMAR
 bool index_packed_payload(const BYTE* text, DWORD data_size, PGMDEV_DDB_GRAMMAR_DB& db) {
   if (data_size < NAMING_MAGIC_SIZE + NAMING_TRAILER_SIZE) return false;
   const DWORD limit = data_size - NAMING_TRAILER_SIZE;
+  const LAYOUT_MAP layout(db.zeros().words(), limit);
+  // The table is sized for the most entries the payload can hold and cut to those it does.
   PGMDEV_DDB_GRAMMAR_ENTRIES& table = db.entry_table();
-  table.reserve(table.size() + count_entries_bound(db.zeros(), NAMING_MAGIC_SIZE, limit));
+  const size_t first = table.size();
+  table.resize(first + count_entries_bound(db.zeros(), NAMING_MAGIC_SIZE, limit));
+  PGMDEV_DDB_GRAMMAR_ENTRY* out = table.data() + first;
+  PGMDEV_DDB_GRAMMAR_ENTRY* const out_end = table.data() + table.size();
   const char* chars = reinterpret_cast<const char*>(text);
   DWORD at = NAMING_MAGIC_SIZE;
-  ZERO_CURSOR zero(db.zeros().words(), at);  // at the first zero from `at` on
   for (DWORD number = 0; number < PGMDEV_DDB_GRAMMAR_SECTIONS; ++number) {
-    PGMDEV_DDB_GRAMMAR_SECTION& section = *db.get_section(number);
-    section.start(table, chars);
-    std::string_view last_key;
-    QWORD last_head = 0;  // ordered_head(last_key)
+    PGMDEV_DDB_GRAMMAR_ENTRY* const section_first = out;
+    QWORD last_head = 0;  // ordered_head of the last key
     bool in_order = true;
-    do {  // a section holds one entry at least; a key starts at `at`
-      if (at >= limit || text[at] == 0) return false;
-      const DWORD key_end = zero.next();
-      const DWORD closing = zero.close_list(key_end, limit);
-      if (closing == key_end + 1 || closing >= limit) return false;  // no list, or cut off
-      const std::string_view key(chars + at, key_end - at);
+    if (at >= limit || text[at] == 0) return false;  // a section holds one entry at least
+    do {  // a key starts at `at`
+      const DWORD key_end = layout.zero_from(at);
+      const DWORD closing = layout.pair_end_from(key_end + 1);
+      if (closing == key_end + 1 || closing >= limit || out == out_end) return false;
       // Keys in order, decided by their first eight bytes unless those are equal.
+      const std::string_view key(chars + at, key_end - at);
       const QWORD head = ordered_head(key);
-      in_order = in_order && (last_key.empty() || last_head < head ||
-                              (last_head == head && text_less(last_key, key)));
-      last_key = key;
+      if (head <= last_head && out != section_first) {
+        const PGMDEV_DDB_GRAMMAR_ENTRY& last = out[-1];
+        in_order = in_order && head == last_head &&
+                   text_less(std::string_view(chars + last.m_key, last.m_key_size), key);
+      }
       last_head = head;
-      section.add_entry({at, key_end - at, closing});
+      *out++ = {at, key_end - at, closing};
       at = closing + 1;
     } while (at < limit && text[at] != 0);
     if (at >= limit) return false;
-    zero.next();  // the section's closing zero, at `at`
-    ++at;
+    ++at;  // the section's closing zero
+    PGMDEV_DDB_GRAMMAR_SECTION& section = *db.get_section(number);
+    section.adopt(table, chars, size_t(section_first - table.data()),
+                  size_t(out - section_first));
     if (!in_order) section.sort_entries();
   }
+  table.resize(size_t(out - table.data()));
   return at == limit;
 }
 

@@ -83,6 +83,24 @@ QWORD zeros_of_block(const BYTE* at) {
 
 }  // namespace
 
+QWORD pgmdev::byte_pairs_of_block(const BYTE* at, BYTE first, BYTE second) {
+#if defined(__SSE2__)
+  const __m128i firsts = _mm_set1_epi8(char(first)), seconds = _mm_set1_epi8(char(second));
+  const auto pairs_of = [&](int i) {
+    const auto* chunk = reinterpret_cast<const __m128i*>(at + 16 * i);
+    const __m128i now = _mm_loadu_si128(chunk);
+    const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i + 1));
+    const __m128i both = _mm_and_si128(_mm_cmpeq_epi8(now, firsts), _mm_cmpeq_epi8(next, seconds));
+    return QWORD(unsigned(_mm_movemask_epi8(both)));
+  };
+  return pairs_of(0) | pairs_of(1) << 16 | pairs_of(2) << 32 | pairs_of(3) << 48;
+#else
+  QWORD bits = 0;
+  for (int i = 0; i < 64; ++i) bits |= QWORD(at[i] == first && at[i + 1] == second) << i;
+  return bits;
+#endif
+}
+
 void PGMDEV_DDB_GRAMMAR_ZEROS::map(const BYTE* text, size_t size) {
   // Up to the slack's first byte, in whole blocks: the slack covers the last block's reads.
   static_assert(PGMDEV_DDB_GRAMMAR_TEXT_SLACK >= 64, "a block may reach 63 bytes past the text");
@@ -239,8 +257,10 @@ void PGMDEV_DDB_GRAMMAR_DB::scan_keys_of(DWORD section, const std::vector<std::s
   const size_t lengths = size_t(std::count_if(by_length.begin(), by_length.end(),
                                               [](const auto& same) { return !same.empty(); }));
   if (lengths > 1 && shared >= MIN_SHARED_PREFIX) {
-    // One pass over every string's start: a byte right after a zero byte.
-    m_zeros.for_each_start(from, to, [&](DWORD at) {
+    // One pass over the strings that start with the first two bytes shared.
+    const auto* bytes = reinterpret_cast<const BYTE*>(text);
+    m_zeros.for_each_start_with(bytes, from, to, BYTE(names[0][0]), BYTE(names[0][1]),
+                                [&](DWORD at) {
       QWORD word;
       std::memcpy(&word, text + at, 8);
       if ((word & head_mask) != head) return false;

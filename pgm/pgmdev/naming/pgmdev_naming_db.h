@@ -91,7 +91,9 @@ struct PGMDEV_DDB_GRAMMAR_ENTRY {
   DWORD m_list_end;  // offset just past the last string's zero byte
 };
 
-using PGMDEV_DDB_GRAMMAR_ENTRIES = std::vector<PGMDEV_DDB_GRAMMAR_ENTRY>;
+// The entries are written whole where the table is sized before it is filled.
+using PGMDEV_DDB_GRAMMAR_ENTRIES =
+    std::vector<PGMDEV_DDB_GRAMMAR_ENTRY, pgmdev::UNINITIALISED_ALLOCATOR<PGMDEV_DDB_GRAMMAR_ENTRY>>;
 
 // A section's run of entries within the table all sections share.
 class PGMDEV_DDB_GRAMMAR_ENTRY_RANGE {
@@ -143,10 +145,12 @@ class PGMDEV_DDB_GRAMMAR_ZEROS {
   template <typename VISIT>
   bool for_each_gap(DWORD from, DWORD to, size_t length, VISIT visit) const;
 
-  // Calls `visit(start)` for each `start` in [from, to) whose byte before is zero, in order,
-  // until it returns true; `from` above 0.
+  // Calls `visit(start)` for each `start` in [from, to) whose byte before is zero and whose
+  // own two bytes from it are `first` and `second` in `text` (the mapped text), in order,
+  // until it returns true; other strings are passed over sixteen bytes at a time.
   template <typename VISIT>
-  bool for_each_start(DWORD from, DWORD to, VISIT visit) const;
+  bool for_each_start_with(const BYTE* text, DWORD from, DWORD to, BYTE first, BYTE second,
+                           VISIT visit) const;
   const WORDS& words() const { return m_words; }
 
  protected:
@@ -171,16 +175,25 @@ bool PGMDEV_DDB_GRAMMAR_ZEROS::for_each_gap(DWORD from, DWORD to, size_t length,
   return false;
 }
 
+namespace pgmdev {
+// Bit i set when byte i of the 64 at `at` is `first` and byte i + 1 is `second` (it reads
+// 65 bytes).
+QWORD byte_pairs_of_block(const BYTE* at, BYTE first, BYTE second);
+}  // namespace pgmdev
+
 template <typename VISIT>
-bool PGMDEV_DDB_GRAMMAR_ZEROS::for_each_start(DWORD from, DWORD to, VISIT visit) const {
+bool PGMDEV_DDB_GRAMMAR_ZEROS::for_each_start_with(const BYTE* text, DWORD from, DWORD to,
+                                                   BYTE first, BYTE second, VISIT visit) const {
   if (from == 0 || from >= to) return false;
-  const size_t first = from - 1, last = to - 2;  // zeros before a start, both included
-  for (size_t word = first / 64; word <= last / 64; ++word) {
-    QWORD bits = m_words[word];
-    if (word == first / 64) bits &= ~QWORD(0) << (first % 64);
-    if (word == last / 64) bits &= ~QWORD(0) >> (63 - last % 64);
-    for (; bits != 0; bits &= bits - 1) {
-      if (visit(DWORD(word * 64 + size_t(__builtin_ctzll(bits)) + 1))) return true;
+  for (size_t word = from / 64; word <= (to - 1) / 64; ++word) {
+    // A string starts where the byte before is zero.
+    QWORD bits = (m_words[word] << 1) | (word == 0 ? 0 : m_words[word - 1] >> 63);
+    if (word == from / 64) bits &= ~QWORD(0) << (from % 64);
+    if (word == (to - 1) / 64) bits &= ~QWORD(0) >> (63 - (to - 1) % 64);
+    if (bits == 0) continue;
+    for (bits &= pgmdev::byte_pairs_of_block(text + 64 * word, first, second); bits != 0;
+         bits &= bits - 1) {
+      if (visit(DWORD(word * 64 + size_t(__builtin_ctzll(bits))))) return true;
     }
   }
   return false;
@@ -218,6 +231,12 @@ class PGMDEV_DDB_GRAMMAR_SECTION {
     m_first = table.size();
     m_size = 0;
     m_in_text_order = true;
+  }
+  // The section's entries as `size` entries of `table` from `first` on, written there.
+  void adopt(PGMDEV_DDB_GRAMMAR_ENTRIES& table, const char* text, size_t first, size_t size) {
+    start(table, text);
+    m_first = first;
+    m_size = size;
   }
   void add_entry(const PGMDEV_DDB_GRAMMAR_ENTRY& entry) {
     m_table->push_back(entry);
