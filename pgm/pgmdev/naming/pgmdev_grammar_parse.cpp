@@ -62,41 +62,6 @@ size_t strings_to_entry_end(const PGMDEV_DDB_GRAMMAR_ZEROS::WORDS& zeros, DWORD 
   return count;
 }
 
-// The layout of a packed payload read off the zero map: where a key ends (its zero) and
-// where the entry after it closes (the first zero right after another). The map holds a
-// zero past the text, so a search for a zero ends; one for a pair stops at `limit`.
-class LAYOUT_MAP {
- public:
-  LAYOUT_MAP(const PGMDEV_DDB_GRAMMAR_ZEROS::WORDS& words, DWORD limit)
-      : m_words(words.data()), m_limit(limit) {}
-
-  DWORD zero_from(DWORD from) const {
-    size_t word = from / 64;
-    QWORD bits = m_words[word] & (~QWORD(0) << (from % 64));
-    while (bits == 0) bits = m_words[++word];
-    return DWORD(word * 64 + size_t(__builtin_ctzll(bits)));
-  }
-
-  // The first zero at or after `from` whose byte before is zero too, or the limit.
-  DWORD pair_end_from(DWORD from) const {
-    size_t word = from / 64;
-    QWORD bits = pair_ends(word) & (~QWORD(0) << (from % 64));
-    while (bits == 0) {
-      if (++word * 64 >= m_limit) return m_limit;
-      bits = pair_ends(word);
-    }
-    return std::min(DWORD(word * 64 + size_t(__builtin_ctzll(bits))), m_limit);
-  }
-
- private:
-  QWORD pair_ends(size_t word) const {
-    return m_words[word] & ((m_words[word] << 1) | (word == 0 ? 0 : m_words[word - 1] >> 63));
-  }
-
-  const QWORD* m_words;
-  DWORD m_limit;
-};
-
 // A cheap summary of a name for the repeat check: equal names have equal prints. A name
 // shorter than eight bytes is its own print (with its length in the top byte); a longer one
 // is summed up by its last eight bytes, where names of one list mostly differ, and its
@@ -409,27 +374,43 @@ void parse_grammar_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_GRAMMAR
   parse_grammar_payload(std::move(copy), db);
 }
 
+// Each entry is read from its key's start to its close, the next pair of zero bytes, which
+// the map gives: the strings of its list are not visited.
 bool index_packed_payload(const BYTE* text, DWORD data_size, PGMDEV_DDB_GRAMMAR_DB& db) {
   if (data_size < NAMING_MAGIC_SIZE + NAMING_TRAILER_SIZE) return false;
   const DWORD limit = data_size - NAMING_TRAILER_SIZE;
-  const LAYOUT_MAP layout(db.zeros().words(), limit);
-  // The table is sized for the most entries the payload can hold and cut to those it does.
+  const PGMDEV_DDB_GRAMMAR_ZEROS& zeros = db.zeros();
+  // The table is sized for the most entries the payload can hold and cut to those it has.
   PGMDEV_DDB_GRAMMAR_ENTRIES& table = db.entry_table();
   const size_t first = table.size();
-  table.resize(first + count_entries_bound(db.zeros(), NAMING_MAGIC_SIZE, limit));
+  table.resize(first + count_entries_bound(zeros, NAMING_MAGIC_SIZE, limit));
   PGMDEV_DDB_GRAMMAR_ENTRY* out = table.data() + first;
   PGMDEV_DDB_GRAMMAR_ENTRY* const out_end = table.data() + table.size();
   const char* chars = reinterpret_cast<const char*>(text);
   DWORD at = NAMING_MAGIC_SIZE;
+  // The pair ends from `at` on, a word of the map at a time; none is found at the limit or
+  // past it.
+  const QWORD* ends = zeros.pair_ends().data();
+  size_t word = at / 64;
+  QWORD bits = ends[word] & (~QWORD(0) << (at % 64));
+  const auto next_end = [&] {
+    while (bits == 0) {
+      if (++word * 64 >= limit) return limit;
+      bits = ends[word];
+    }
+    const DWORD end = DWORD(word * 64 + size_t(__builtin_ctzll(bits)));
+    bits &= bits - 1;
+    return std::min(end, limit);
+  };
   for (DWORD number = 0; number < PGMDEV_DDB_GRAMMAR_SECTIONS; ++number) {
     PGMDEV_DDB_GRAMMAR_ENTRY* const section_first = out;
     QWORD last_head = 0;  // ordered_head of the last key
     bool in_order = true;
     if (at >= limit || text[at] == 0) return false;  // a section holds one entry at least
-    do {  // a key starts at `at`
-      const DWORD key_end = layout.zero_from(at);
-      const DWORD closing = layout.pair_end_from(key_end + 1);
-      if (closing == key_end + 1 || closing >= limit || out == out_end) return false;
+    do {  // a key starts at `at`, so the next pair ends past it
+      const DWORD closing = next_end();
+      const DWORD key_end = zeros.next(at);  // before `closing`, which ends a pair
+      if (closing >= limit || key_end + 1 == closing || out == out_end) return false;
       // Keys in order, decided by their first eight bytes unless those are equal.
       const std::string_view key(chars + at, key_end - at);
       const QWORD head = ordered_head(key);
@@ -442,8 +423,9 @@ bool index_packed_payload(const BYTE* text, DWORD data_size, PGMDEV_DDB_GRAMMAR_
       *out++ = {at, key_end - at, closing};
       at = closing + 1;
     } while (at < limit && text[at] != 0);
-    if (at >= limit) return false;
-    ++at;  // the section's closing zero
+    // The section's closing zero, which ends a pair with the entry's.
+    if (at >= limit || next_end() != at) return false;
+    ++at;
     PGMDEV_DDB_GRAMMAR_SECTION& section = *db.get_section(number);
     section.adopt(table, chars, size_t(section_first - table.data()),
                   size_t(out - section_first));

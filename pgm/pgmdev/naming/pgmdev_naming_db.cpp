@@ -106,32 +106,32 @@ void PGMDEV_DDB_GRAMMAR_ZEROS::map(const BYTE* text, size_t size) {
   static_assert(PGMDEV_DDB_GRAMMAR_TEXT_SLACK >= 64, "a block may reach 63 bytes past the text");
   const size_t blocks = (size + 1 + 63) / 64;
   m_words.resize(blocks + 1);
+  m_pair_ends.resize(blocks + 1);
   m_pairs = 0;
   QWORD carry = 0;  // bit 0 set when the previous block's last byte was zero
   for (size_t block = 0; block < blocks; ++block) {
     const QWORD bits = zeros_of_block(text + 64 * block);
+    const QWORD ends = bits & ((bits << 1) | carry);
     m_words[block] = bits;
+    m_pair_ends[block] = ends;
     // Pairs are few, about one a block: counting them one by one costs little.
-    for (QWORD pair = bits & ((bits << 1) | carry); pair != 0; pair &= pair - 1) ++m_pairs;
+    for (QWORD pair = ends; pair != 0; pair &= pair - 1) ++m_pairs;
     carry = bits >> 63;
   }
   m_words[blocks] = 0;
+  m_pair_ends[blocks] = 0;
 }
 
 size_t PGMDEV_DDB_GRAMMAR_ZEROS::pair_count(DWORD from, DWORD to) const {
-  // Bit i of a word's pair ends: byte i and the byte before it are zero.
-  const auto pair_ends = [this](size_t word) {
-    return m_words[word] & ((m_words[word] << 1) | (word == 0 ? 0 : m_words[word - 1] >> 63));
-  };
   if (to <= from) return 0;
   size_t outside = 0;
-  for (size_t word = 0; word <= from / 64 && word < m_words.size(); ++word) {
+  for (size_t word = 0; word <= from / 64 && word < m_pair_ends.size(); ++word) {
     const QWORD below = word == from / 64 ? (QWORD(1) << (from % 64)) - 1 : ~QWORD(0);
-    outside += size_t(__builtin_popcountll(pair_ends(word) & below));
+    outside += size_t(__builtin_popcountll(m_pair_ends[word] & below));
   }
-  for (size_t word = to / 64; word < m_words.size(); ++word) {
+  for (size_t word = to / 64; word < m_pair_ends.size(); ++word) {
     const QWORD above = word == to / 64 ? ~QWORD(0) << (to % 64) : ~QWORD(0);
-    outside += size_t(__builtin_popcountll(pair_ends(word) & above));
+    outside += size_t(__builtin_popcountll(m_pair_ends[word] & above));
   }
   return m_pairs - outside;
 }

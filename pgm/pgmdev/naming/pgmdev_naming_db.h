@@ -152,10 +152,14 @@ class PGMDEV_DDB_GRAMMAR_ZEROS {
   bool for_each_start_with(const BYTE* text, DWORD from, DWORD to, BYTE first, BYTE second,
                            VISIT visit) const;
   const WORDS& words() const { return m_words; }
+  // Bit i of word i / 64 set when byte i and the byte before it are zero: where an entry
+  // closes, in a packed payload.
+  const WORDS& pair_ends() const { return m_pair_ends; }
 
  protected:
   WORDS m_words;  // one more than mapped, zero, so a word always has a next
-  size_t m_pairs = 0;
+  WORDS m_pair_ends;  // as many as m_words
+  size_t m_pairs = 0;  // bits set in m_pair_ends
 };
 
 template <typename VISIT>
