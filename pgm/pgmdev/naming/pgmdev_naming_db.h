@@ -168,15 +168,25 @@ bool PGMDEV_DDB_GRAMMAR_ZEROS::for_each_gap(DWORD from, DWORD to, size_t length,
   if (from == 0 || from + length >= to) return false;
   const size_t gap = length + 1;  // from the zero before a string to the zero after it
   const size_t first = from - 1, last = to - 1 - gap;  // zeros before a string, both included
-  for (size_t word = first / 64; word <= last / 64; ++word) {
-    QWORD bits = m_words[word] & ((m_words[word] >> gap) | (m_words[word + 1] << (64 - gap)));
-    if (word == first / 64) bits &= ~QWORD(0) << (first % 64);
-    if (word == last / 64) bits &= ~QWORD(0) >> (63 - last % 64);
+  const QWORD* const words = m_words.data();
+  const auto gaps = [&](size_t word) {
+    return words[word] & ((words[word] >> gap) | (words[word + 1] << (64 - gap)));
+  };
+  const auto visit_bits = [&](size_t word, QWORD bits) {
     for (; bits != 0; bits &= bits - 1) {
       if (visit(DWORD(word * 64 + size_t(__builtin_ctzll(bits)) + 1))) return true;
     }
+    return false;
+  };
+  // The first and last words are cut to the range; the loop reads the rest whole.
+  const QWORD head = gaps(first / 64) & (~QWORD(0) << (first % 64));
+  const QWORD tail_mask = ~QWORD(0) >> (63 - last % 64);
+  if (first / 64 == last / 64) return visit_bits(first / 64, head & tail_mask);
+  if (visit_bits(first / 64, head)) return true;
+  for (size_t word = first / 64 + 1; word < last / 64; ++word) {
+    if (visit_bits(word, gaps(word))) return true;
   }
-  return false;
+  return visit_bits(last / 64, gaps(last / 64) & tail_mask);
 }
 
 namespace pgmdev {
