@@ -388,8 +388,8 @@ bool index_packed_payload(const BYTE* text, DWORD data_size, PGMDEV_DDB_GRAMMAR_
   PGMDEV_DDB_GRAMMAR_ENTRY* const out_end = table.data() + table.size();
   const char* chars = reinterpret_cast<const char*>(text);
   DWORD at = NAMING_MAGIC_SIZE;
-  // The pair ends from `at` on, a word of the map at a time; none is found at the limit or
-  // past it.
+  // The pair ends from `at` on, a word of the map at a time; none past the word of the
+  // limit is looked for.
   const QWORD* ends = zeros.pair_ends().data();
   size_t word = at / 64;
   QWORD bits = ends[word] & (~QWORD(0) << (at % 64));
@@ -400,7 +400,7 @@ bool index_packed_payload(const BYTE* text, DWORD data_size, PGMDEV_DDB_GRAMMAR_
     }
     const DWORD end = DWORD(word * 64 + size_t(__builtin_ctzll(bits)));
     bits &= bits - 1;
-    return std::min(end, limit);
+    return end;
   };
   for (DWORD number = 0; number < PGMDEV_DDB_GRAMMAR_SECTIONS; ++number) {
     PGMDEV_DDB_GRAMMAR_ENTRY* const section_first = out;

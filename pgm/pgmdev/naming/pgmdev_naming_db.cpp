@@ -5,11 +5,7 @@
 #include <bitset>
 #include <cstring>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
-#include "codec/pgmdev_le_codec.h"
+#include "naming/pgmdev_byte_scan.h"
 
 namespace {
 
@@ -59,47 +55,7 @@ class NAME_SIEVE {
   std::bitset<256> m_firsts;
 };
 
-// Bit i set when byte i of the 64 at `at` is zero.
-QWORD zeros_of_block(const BYTE* at) {
-#if defined(__SSE2__)
-  const __m128i zero = _mm_setzero_si128();
-  const auto zeros_of = [&](int i) {
-    const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
-    return QWORD(unsigned(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, zero))));
-  };
-  return zeros_of(0) | zeros_of(1) << 16 | zeros_of(2) << 32 | zeros_of(3) << 48;
-#else
-  constexpr QWORD LOW7 = 0x7F7F7F7F7F7F7F7Full;
-  QWORD bits = 0;
-  for (int i = 0; i < 8; ++i) {
-    const QWORD word = pgmdev::codec::load_le<QWORD>(at + 8 * i);
-    const QWORD tops = ~(((word & LOW7) + LOW7) | word | LOW7);  // top bit of each zero byte
-    // Gathers the eight top bits into one byte, the first byte's lowest.
-    bits |= (((tops >> 7) * 0x0102040810204080ull) >> 56) << (8 * i);
-  }
-  return bits;
-#endif
-}
-
 }  // namespace
-
-QWORD pgmdev::byte_pairs_of_block(const BYTE* at, BYTE first, BYTE second) {
-#if defined(__SSE2__)
-  const __m128i firsts = _mm_set1_epi8(char(first)), seconds = _mm_set1_epi8(char(second));
-  const auto pairs_of = [&](int i) {
-    const auto* chunk = reinterpret_cast<const __m128i*>(at + 16 * i);
-    const __m128i now = _mm_loadu_si128(chunk);
-    const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i + 1));
-    const __m128i both = _mm_and_si128(_mm_cmpeq_epi8(now, firsts), _mm_cmpeq_epi8(next, seconds));
-    return QWORD(unsigned(_mm_movemask_epi8(both)));
-  };
-  return pairs_of(0) | pairs_of(1) << 16 | pairs_of(2) << 32 | pairs_of(3) << 48;
-#else
-  QWORD bits = 0;
-  for (int i = 0; i < 64; ++i) bits |= QWORD(at[i] == first && at[i + 1] == second) << i;
-  return bits;
-#endif
-}
 
 void PGMDEV_DDB_GRAMMAR_ZEROS::map(const BYTE* text, size_t size) {
   // Up to the slack's first byte, in whole blocks: the slack covers the last block's reads.
@@ -107,17 +63,7 @@ void PGMDEV_DDB_GRAMMAR_ZEROS::map(const BYTE* text, size_t size) {
   const size_t blocks = (size + 1 + 63) / 64;
   m_words.resize(blocks + 1);
   m_pair_ends.resize(blocks + 1);
-  m_pairs = 0;
-  QWORD carry = 0;  // bit 0 set when the previous block's last byte was zero
-  for (size_t block = 0; block < blocks; ++block) {
-    const QWORD bits = zeros_of_block(text + 64 * block);
-    const QWORD ends = bits & ((bits << 1) | carry);
-    m_words[block] = bits;
-    m_pair_ends[block] = ends;
-    // Pairs are few, about one a block: counting them one by one costs little.
-    for (QWORD pair = ends; pair != 0; pair &= pair - 1) ++m_pairs;
-    carry = bits >> 63;
-  }
+  m_pairs = pgmdev::map_zero_bytes(text, blocks, m_words.data(), m_pair_ends.data());
   m_words[blocks] = 0;
   m_pair_ends[blocks] = 0;
 }
@@ -257,16 +203,24 @@ void PGMDEV_DDB_GRAMMAR_DB::scan_keys_of(DWORD section, const std::vector<std::s
   const size_t lengths = size_t(std::count_if(by_length.begin(), by_length.end(),
                                               [](const auto& same) { return !same.empty(); }));
   if (lengths > 1 && shared >= MIN_SHARED_PREFIX) {
-    // One pass over the strings that start with the first two bytes shared.
-    const auto* bytes = reinterpret_cast<const BYTE*>(text);
-    m_zeros.for_each_start_with(bytes, from, to, BYTE(names[0][0]), BYTE(names[0][1]),
-                                [&](DWORD at) {
-      QWORD word;
-      std::memcpy(&word, text + at, 8);
-      if ((word & head_mask) != head) return false;
-      const size_t length = m_zeros.next(at) - at;
-      return length < MAX_SCAN_LENGTH && take(at, length);
-    });
+    // One pass over the strings that start with the first two bytes shared, found sixteen
+    // or thirty-two bytes at a time.
+    const size_t first = from / 64, last = (to - 1) / 64;
+    PGMDEV_DDB_GRAMMAR_ZEROS::WORDS starts(last - first + 1);  // each written by the map
+    pgmdev::map_string_starts(reinterpret_cast<const BYTE*>(text), m_zeros.words().data(), first,
+                              last, BYTE(names[0][0]), BYTE(names[0][1]), starts.data());
+    starts.front() &= ~QWORD(0) << (from % 64);
+    starts.back() &= ~QWORD(0) >> (63 - (to - 1) % 64);
+    for (size_t word = first; word <= last; ++word) {
+      for (QWORD bits = starts[word - first]; bits != 0; bits &= bits - 1) {
+        const DWORD at = DWORD(word * 64 + size_t(__builtin_ctzll(bits)));
+        QWORD head_word;
+        std::memcpy(&head_word, text + at, 8);
+        if ((head_word & head_mask) != head) continue;
+        const size_t length = m_zeros.next(at) - at;
+        if (length < MAX_SCAN_LENGTH && take(at, length)) return;
+      }
+    }
     return;
   }
   for (size_t length = 1; length < MAX_SCAN_LENGTH; ++length) {
@@ -339,8 +293,8 @@ std::vector<std::string_view> PGMDEV_DDB_GRAMMAR_DB::find_keys_of(
 
 DWORD PGMDEV_DDB_OPN_DB::find_slot_of(DWORD part) const {
   if (m_walks.fetch_add(1, std::memory_order_relaxed) < WALKS_BEFORE_INDEX) {
-    const auto found = std::find(m_slots.begin(), m_slots.end(), part);
-    return found == m_slots.end() ? INVALID_DWORD : static_cast<DWORD>(found - m_slots.begin());
+    const size_t found = pgmdev::find_dword(m_slots.data(), m_slots.size(), part);
+    return found == m_slots.size() ? INVALID_DWORD : static_cast<DWORD>(found);
   }
   std::call_once(m_index_once, [this] {
     m_slot_index.reserve(m_slots.size());

@@ -145,12 +145,6 @@ class PGMDEV_DDB_GRAMMAR_ZEROS {
   template <typename VISIT>
   bool for_each_gap(DWORD from, DWORD to, size_t length, VISIT visit) const;
 
-  // Calls `visit(start)` for each `start` in [from, to) whose byte before is zero and whose
-  // own two bytes from it are `first` and `second` in `text` (the mapped text), in order,
-  // until it returns true; other strings are passed over sixteen bytes at a time.
-  template <typename VISIT>
-  bool for_each_start_with(const BYTE* text, DWORD from, DWORD to, BYTE first, BYTE second,
-                           VISIT visit) const;
   const WORDS& words() const { return m_words; }
   // Bit i of word i / 64 set when byte i and the byte before it are zero: where an entry
   // closes, in a packed payload.
@@ -187,30 +181,6 @@ bool PGMDEV_DDB_GRAMMAR_ZEROS::for_each_gap(DWORD from, DWORD to, size_t length,
     if (visit_bits(word, gaps(word))) return true;
   }
   return visit_bits(last / 64, gaps(last / 64) & tail_mask);
-}
-
-namespace pgmdev {
-// Bit i set when byte i of the 64 at `at` is `first` and byte i + 1 is `second` (it reads
-// 65 bytes).
-QWORD byte_pairs_of_block(const BYTE* at, BYTE first, BYTE second);
-}  // namespace pgmdev
-
-template <typename VISIT>
-bool PGMDEV_DDB_GRAMMAR_ZEROS::for_each_start_with(const BYTE* text, DWORD from, DWORD to,
-                                                   BYTE first, BYTE second, VISIT visit) const {
-  if (from == 0 || from >= to) return false;
-  for (size_t word = from / 64; word <= (to - 1) / 64; ++word) {
-    // A string starts where the byte before is zero.
-    QWORD bits = (m_words[word] << 1) | (word == 0 ? 0 : m_words[word - 1] >> 63);
-    if (word == from / 64) bits &= ~QWORD(0) << (from % 64);
-    if (word == (to - 1) / 64) bits &= ~QWORD(0) >> (63 - (to - 1) % 64);
-    if (bits == 0) continue;
-    for (bits &= pgmdev::byte_pairs_of_block(text + 64 * word, first, second); bits != 0;
-         bits &= bits - 1) {
-      if (visit(DWORD(word * 64 + size_t(__builtin_ctzll(bits))))) return true;
-    }
-  }
-  return false;
 }
 
 // One grammar section: an ordered map from key to list, kept as entries sorted by plain

@@ -54,11 +54,16 @@ void parse_opn_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_OPN_DB& db)
   for (DWORD i = 0; i < enum_count; ++i) {
     // Runs of one-byte numbers sixteen bytes at a time, while sixteen bytes lie before the
     // limit and sixteen slots are left: none of them can end past the limit.
+    // A two-byte number after a run is taken at once: the runs between the assigned slots
+    // are short.
     while (index + 16 <= limit && i + 16 <= slot_count) {
       const DWORD run = widen_single_bytes(data + index, slots + i);
       index += run;
       i += run;
-      if (run < 16) break;
+      if (run == 16) continue;
+      if (index + 1 >= limit || (data[index + 1] & 0x80) != 0) break;
+      slots[i++] = DWORD(data[index] & 0x7F) | DWORD(data[index + 1]) << 7;
+      index += 2;
     }
     if (i == enum_count) break;
     // Nearly every number takes one or two bytes, all before the limit: no check can fail.

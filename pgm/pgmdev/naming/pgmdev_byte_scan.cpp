@@ -1,0 +1,174 @@
+// Block-wise byte comparisons for the naming text's bit maps.
+#include "naming/pgmdev_byte_scan.h"
+
+#include "codec/pgmdev_le_codec.h"
+
+#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
+#include <immintrin.h>
+#define PGMDEV_BYTE_SCAN_X86 1
+#endif
+
+namespace pgmdev {
+namespace {
+
+// The words of one block, found by comparisons of the kind BLOCKS makes.
+// Inlined into each caller, so that the AVX2 caller compiles them for AVX2.
+template <typename BLOCKS>
+[[gnu::always_inline]] inline size_t zero_bytes_with(const BYTE* text, size_t blocks, QWORD* zeros, QWORD* pair_ends) {
+  size_t pairs = 0;
+  QWORD carry = 0;  // bit 0 set when the previous block's last byte was zero
+  for (size_t block = 0; block < blocks; ++block) {
+    const QWORD bits = BLOCKS::zeros(text + 64 * block);
+    const QWORD ends = bits & ((bits << 1) | carry);
+    zeros[block] = bits;
+    pair_ends[block] = ends;
+    pairs += BLOCKS::count(ends);
+    carry = bits >> 63;
+  }
+  return pairs;
+}
+
+template <typename BLOCKS>
+[[gnu::always_inline]] inline void string_starts_with(const BYTE* text, const QWORD* zeros, size_t first, size_t last, BYTE a,
+                        BYTE b, QWORD* out) {
+  const BLOCKS blocks(a, b);
+  for (size_t word = first; word <= last; ++word) {
+    const QWORD starts = (zeros[word] << 1) | (word == 0 ? 0 : zeros[word - 1] >> 63);
+    *out++ = starts == 0 ? 0 : starts & blocks.pairs(text + 64 * word);
+  }
+}
+
+// Eight bytes at a time, for processors without SSE2.
+struct PLAIN_BLOCKS {
+  explicit PLAIN_BLOCKS(BYTE a, BYTE b) : m_a(a), m_b(b) {}
+  static QWORD zeros(const BYTE* at) {
+    constexpr QWORD LOW7 = 0x7F7F7F7F7F7F7F7Full;
+    QWORD bits = 0;
+    for (int i = 0; i < 8; ++i) {
+      const QWORD word = codec::load_le<QWORD>(at + 8 * i);
+      const QWORD tops = ~(((word & LOW7) + LOW7) | word | LOW7);  // top bit of each zero byte
+      // Gathers the eight top bits into one byte, the first byte's lowest.
+      bits |= (((tops >> 7) * 0x0102040810204080ull) >> 56) << (8 * i);
+    }
+    return bits;
+  }
+  static size_t count(QWORD bits) {
+    size_t n = 0;
+    for (; bits != 0; bits &= bits - 1) ++n;  // few bits are set
+    return n;
+  }
+  QWORD pairs(const BYTE* at) const {
+    QWORD bits = 0;
+    for (int i = 0; i < 64; ++i) bits |= QWORD(at[i] == m_a && at[i + 1] == m_b) << i;
+    return bits;
+  }
+  BYTE m_a, m_b;
+};
+
+#if defined(PGMDEV_BYTE_SCAN_X86)
+struct SSE2_BLOCKS {
+  explicit SSE2_BLOCKS(BYTE a, BYTE b) : m_a(_mm_set1_epi8(char(a))), m_b(_mm_set1_epi8(char(b))) {}
+  static QWORD zeros(const BYTE* at) {
+    const __m128i zero = _mm_setzero_si128();
+    const auto zeros_of = [&](int i) {
+      const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
+      return QWORD(unsigned(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, zero))));
+    };
+    return zeros_of(0) | zeros_of(1) << 16 | zeros_of(2) << 32 | zeros_of(3) << 48;
+  }
+  static size_t count(QWORD bits) { return PLAIN_BLOCKS::count(bits); }
+  QWORD pairs(const BYTE* at) const {
+    const auto pairs_of = [&](int i) {
+      const __m128i now = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
+      const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i + 1));
+      const __m128i both = _mm_and_si128(_mm_cmpeq_epi8(now, m_a), _mm_cmpeq_epi8(next, m_b));
+      return QWORD(unsigned(_mm_movemask_epi8(both)));
+    };
+    return pairs_of(0) | pairs_of(1) << 16 | pairs_of(2) << 32 | pairs_of(3) << 48;
+  }
+  __m128i m_a, m_b;
+};
+
+#define PGMDEV_AVX2 __attribute__((target("avx2,popcnt")))
+
+struct AVX2_BLOCKS {
+  PGMDEV_AVX2 explicit AVX2_BLOCKS(BYTE a, BYTE b)
+      : m_a(_mm256_set1_epi8(char(a))), m_b(_mm256_set1_epi8(char(b))) {}
+  PGMDEV_AVX2 static QWORD zeros(const BYTE* at) {
+    const __m256i zero = _mm256_setzero_si256();
+    const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
+    const __m256i high = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 32));
+    return QWORD(unsigned(_mm256_movemask_epi8(_mm256_cmpeq_epi8(low, zero)))) |
+           QWORD(unsigned(_mm256_movemask_epi8(_mm256_cmpeq_epi8(high, zero)))) << 32;
+  }
+  PGMDEV_AVX2 static size_t count(QWORD bits) { return size_t(_mm_popcnt_u64(bits)); }
+  PGMDEV_AVX2 QWORD pairs(const BYTE* at) const { return half(at) | half(at + 32) << 32; }
+  PGMDEV_AVX2 QWORD half(const BYTE* at) const {
+    const __m256i now = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
+    const __m256i next = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 1));
+    const __m256i both = _mm256_and_si256(_mm256_cmpeq_epi8(now, m_a), _mm256_cmpeq_epi8(next, m_b));
+    return QWORD(unsigned(_mm256_movemask_epi8(both)));
+  }
+  __m256i m_a, m_b;
+};
+
+PGMDEV_AVX2 size_t zero_bytes_avx2(const BYTE* text, size_t blocks, QWORD* zeros,
+                                   QWORD* pair_ends) {
+  return zero_bytes_with<AVX2_BLOCKS>(text, blocks, zeros, pair_ends);
+}
+
+PGMDEV_AVX2 void string_starts_avx2(const BYTE* text, const QWORD* zeros, size_t first,
+                                    size_t last, BYTE a, BYTE b, QWORD* out) {
+  string_starts_with<AVX2_BLOCKS>(text, zeros, first, last, a, b, out);
+}
+
+PGMDEV_AVX2 size_t find_dword_avx2(const DWORD* values, size_t count, DWORD value) {
+  const __m256i wanted = _mm256_set1_epi32(int(value));
+  size_t at = 0;
+  for (; at + 8 <= count; at += 8) {
+    const __m256i eight = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(values + at));
+    const unsigned equal = unsigned(_mm256_movemask_epi8(_mm256_cmpeq_epi32(eight, wanted)));
+    if (equal != 0) return at + size_t(__builtin_ctz(equal)) / 4;
+  }
+  while (at < count && values[at] != value) ++at;
+  return at;
+}
+
+// Asked once: the answer cannot change while the process runs.
+bool has_avx2() {
+  static const bool avx2 = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt");
+  return avx2;
+}
+#endif
+
+}  // namespace
+
+size_t map_zero_bytes(const BYTE* text, size_t blocks, QWORD* zeros, QWORD* pair_ends) {
+#if defined(PGMDEV_BYTE_SCAN_X86)
+  if (has_avx2()) return zero_bytes_avx2(text, blocks, zeros, pair_ends);
+  return zero_bytes_with<SSE2_BLOCKS>(text, blocks, zeros, pair_ends);
+#else
+  return zero_bytes_with<PLAIN_BLOCKS>(text, blocks, zeros, pair_ends);
+#endif
+}
+
+void map_string_starts(const BYTE* text, const QWORD* zeros, size_t first, size_t last, BYTE a,
+                       BYTE b, QWORD* out) {
+#if defined(PGMDEV_BYTE_SCAN_X86)
+  if (has_avx2()) return string_starts_avx2(text, zeros, first, last, a, b, out);
+  string_starts_with<SSE2_BLOCKS>(text, zeros, first, last, a, b, out);
+#else
+  string_starts_with<PLAIN_BLOCKS>(text, zeros, first, last, a, b, out);
+#endif
+}
+
+size_t find_dword(const DWORD* values, size_t count, DWORD value) {
+#if defined(PGMDEV_BYTE_SCAN_X86)
+  if (has_avx2()) return find_dword_avx2(values, count, value);
+#endif
+  size_t at = 0;
+  while (at < count && values[at] != value) ++at;
+  return at;
+}
+
+}  // namespace pgmdev

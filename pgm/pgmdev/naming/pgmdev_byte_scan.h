@@ -1,0 +1,27 @@
+// Block-wise comparisons over the naming blobs' data: bit maps of a naming text's bytes, 64
+// bytes to a word (its zero bytes, the strings that start with two given bytes), and the
+// search of the OPN slots. Whole blocks are compared at once, with AVX2 where the processor
+// has it and SSE2 otherwise.
+#pragma once
+
+#include <cstddef>
+
+#include "pgm_types.h"
+
+namespace pgmdev {
+
+// For each of the `blocks` blocks of 64 bytes at `text`: bit i of zeros[k] set when byte
+// 64k + i is zero, and of pair_ends[k] when that byte and the one before it are zero.
+// Returns how many pair-end bits it set.
+size_t map_zero_bytes(const BYTE* text, size_t blocks, QWORD* zeros, QWORD* pair_ends);
+
+// For words first .. last of the zero map `zeros` of `text`: bit i of out[k] set when byte
+// 64 (first + k) + i starts a string (the byte before it is zero; byte 0 never does) and it
+// and the byte after it are `a` and `b`. Reads 65 bytes of each block.
+void map_string_starts(const BYTE* text, const QWORD* zeros, size_t first, size_t last, BYTE a,
+                       BYTE b, QWORD* out);
+
+// The index of the first of `count` values equal to `value`, or `count`.
+size_t find_dword(const DWORD* values, size_t count, DWORD value);
+
+}  // namespace pgmdev
