@@ -38,6 +38,26 @@ template <typename BLOCKS>
   }
 }
 
+// Writes the sixteen bytes at `data` to the sixteen slots as one-byte numbers and returns how
+// many of them are (those before the first with its top bit set); the slots after those are
+// written again. A two-byte number after such a run is read at once: the runs between the
+// assigned slots are short.
+template <typename BLOCKS>
+[[gnu::always_inline]] inline SHORT_NUMBERS short_numbers_with(const BYTE* data, size_t bytes,
+                                                               DWORD* slots, size_t count) {
+  size_t at = 0, read = 0;
+  while (at + 16 <= bytes && read + 16 <= count) {
+    const size_t run = BLOCKS::widen(data + at, slots + read);
+    at += run;
+    read += run;
+    if (run == 16) continue;
+    if (at + 1 >= bytes || (data[at + 1] & 0x80) != 0) break;
+    slots[read++] = DWORD(data[at] & 0x7F) | DWORD(data[at + 1]) << 7;
+    at += 2;
+  }
+  return {at, read};
+}
+
 // Eight bytes at a time, for processors without SSE2.
 struct PLAIN_BLOCKS {
   explicit PLAIN_BLOCKS(BYTE a, BYTE b) : m_a(a), m_b(b) {}
@@ -56,6 +76,11 @@ struct PLAIN_BLOCKS {
     size_t n = 0;
     for (; bits != 0; bits &= bits - 1) ++n;  // few bits are set
     return n;
+  }
+  static size_t widen(const BYTE* data, DWORD* slots) {
+    size_t run = 0;
+    while (run < 16 && (data[run] & 0x80) == 0) slots[run] = data[run], ++run;
+    return run;
   }
   QWORD pairs(const BYTE* at) const {
     QWORD bits = 0;
@@ -77,6 +102,18 @@ struct SSE2_BLOCKS {
     return zeros_of(0) | zeros_of(1) << 16 | zeros_of(2) << 32 | zeros_of(3) << 48;
   }
   static size_t count(QWORD bits) { return PLAIN_BLOCKS::count(bits); }
+  static size_t widen(const BYTE* data, DWORD* slots) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(data));
+    const __m128i low = _mm_unpacklo_epi8(bytes, zero), high = _mm_unpackhi_epi8(bytes, zero);
+    auto* out = reinterpret_cast<__m128i*>(slots);
+    _mm_storeu_si128(out, _mm_unpacklo_epi16(low, zero));
+    _mm_storeu_si128(out + 1, _mm_unpackhi_epi16(low, zero));
+    _mm_storeu_si128(out + 2, _mm_unpacklo_epi16(high, zero));
+    _mm_storeu_si128(out + 3, _mm_unpackhi_epi16(high, zero));
+    const unsigned longer = unsigned(_mm_movemask_epi8(bytes));
+    return longer == 0 ? 16 : size_t(__builtin_ctz(longer));
+  }
   QWORD pairs(const BYTE* at) const {
     const auto pairs_of = [&](int i) {
       const __m128i now = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
@@ -102,6 +139,14 @@ struct AVX2_BLOCKS {
            QWORD(unsigned(_mm256_movemask_epi8(_mm256_cmpeq_epi8(high, zero)))) << 32;
   }
   PGMDEV_AVX2 static size_t count(QWORD bits) { return size_t(_mm_popcnt_u64(bits)); }
+  PGMDEV_AVX2 static size_t widen(const BYTE* data, DWORD* slots) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(data));
+    auto* out = reinterpret_cast<__m256i*>(slots);
+    _mm256_storeu_si256(out, _mm256_cvtepu8_epi32(bytes));
+    _mm256_storeu_si256(out + 1, _mm256_cvtepu8_epi32(_mm_srli_si128(bytes, 8)));
+    const unsigned longer = unsigned(_mm_movemask_epi8(bytes));
+    return longer == 0 ? 16 : size_t(__builtin_ctz(longer));
+  }
   PGMDEV_AVX2 QWORD pairs(const BYTE* at) const { return half(at) | half(at + 32) << 32; }
   PGMDEV_AVX2 QWORD half(const BYTE* at) const {
     const __m256i now = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
@@ -120,6 +165,11 @@ PGMDEV_AVX2 size_t zero_bytes_avx2(const BYTE* text, size_t blocks, QWORD* zeros
 PGMDEV_AVX2 void string_starts_avx2(const BYTE* text, const QWORD* zeros, size_t first,
                                     size_t last, BYTE a, BYTE b, QWORD* out) {
   string_starts_with<AVX2_BLOCKS>(text, zeros, first, last, a, b, out);
+}
+
+PGMDEV_AVX2 SHORT_NUMBERS short_numbers_avx2(const BYTE* data, size_t bytes, DWORD* slots,
+                                             size_t count) {
+  return short_numbers_with<AVX2_BLOCKS>(data, bytes, slots, count);
 }
 
 PGMDEV_AVX2 size_t find_dword_avx2(const DWORD* values, size_t count, DWORD value) {
@@ -159,6 +209,15 @@ void map_string_starts(const BYTE* text, const QWORD* zeros, size_t first, size_
   string_starts_with<SSE2_BLOCKS>(text, zeros, first, last, a, b, out);
 #else
   string_starts_with<PLAIN_BLOCKS>(text, zeros, first, last, a, b, out);
+#endif
+}
+
+SHORT_NUMBERS read_short_numbers(const BYTE* data, size_t bytes, DWORD* slots, size_t count) {
+#if defined(PGMDEV_BYTE_SCAN_X86)
+  if (has_avx2()) return short_numbers_avx2(data, bytes, slots, count);
+  return short_numbers_with<SSE2_BLOCKS>(data, bytes, slots, count);
+#else
+  return short_numbers_with<PLAIN_BLOCKS>(data, bytes, slots, count);
 #endif
 }
 

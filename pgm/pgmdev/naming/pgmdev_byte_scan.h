@@ -21,6 +21,15 @@ size_t map_zero_bytes(const BYTE* text, size_t blocks, QWORD* zeros, QWORD* pair
 void map_string_starts(const BYTE* text, const QWORD* zeros, size_t first, size_t last, BYTE a,
                        BYTE b, QWORD* out);
 
+// Reads numbers of one or two bytes (little-endian base 128, the OPN blob's) from `data` into
+// `slots` while sixteen bytes and sixteen slots are left, and stops before a longer number.
+// Says how many bytes and numbers it read; the caller reads the rest.
+struct SHORT_NUMBERS {
+  size_t bytes;
+  size_t numbers;
+};
+SHORT_NUMBERS read_short_numbers(const BYTE* data, size_t bytes, DWORD* slots, size_t count);
+
 // The index of the first of `count` values equal to `value`, or `count`.
 size_t find_dword(const DWORD* values, size_t count, DWORD value);
 
