@@ -240,7 +240,7 @@ SEEDS grammar_payload_seeds() {
 
 // The count and the first `count` slots of the shipped OPN table.
 BYTES opn_payload(DWORD count) {
-  const auto& slots = pgmdev::naming_opn_db()->m_slots;
+  const std::vector<DWORD> slots = pgmdev::naming_opn_db()->slots();
   count = std::min<DWORD>(count, DWORD(slots.size()));
   BYTES out;
   pgmdev::codec::append_le<DWORD>(out, count);

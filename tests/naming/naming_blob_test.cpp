@@ -246,16 +246,41 @@ TEST(NamingBlob, OpnSlotsKeepBlobOrder) {
     const std::vector<BYTE> blob = pgmdev::seal_naming_blob(opn_payload(head, DWORD(size)));
     const std::vector<BYTE> compressed = compress(blob);
     const auto db = open_opn_db(compressed.data(), DWORD(compressed.size()), DWORD(blob.size()));
-    EXPECT_EQ(std::vector<QWORD>(db->m_slots.begin(), db->m_slots.end()), head) << size;
+    const std::vector<DWORD> slots = db->slots();
+    EXPECT_EQ(std::vector<QWORD>(slots.begin(), slots.end()), head) << size;
   }
-  const std::vector<BYTE> blob = pgmdev::seal_naming_blob(opn_payload({0, 200, 0, 7, 200}, 5));
-  const std::vector<BYTE> compressed = compress(blob);
-  const auto db = open_opn_db(compressed.data(), DWORD(compressed.size()), DWORD(blob.size()));
-  // The first questions walk the slots, later ones use the index: the answers stay.
-  for (int round = 0; round < 12; ++round) {
-    EXPECT_EQ(db->find_slot_of(200), 1u) << round;  // the first slot wins
-    EXPECT_EQ(db->find_slot_of(9), INVALID_DWORD) << round;
-    EXPECT_EQ(db->find_slot_of(0), 0u) << round;
+}
+
+// Searches give the first slot of a part, whether the table stays as its bytes (short numbers
+// in their shortest form) or is decoded (a long number, a zero written in two bytes), before
+// and after the index takes over and after a slot is read by number.
+TEST(NamingBlob, OpnSearchesFindTheFirstSlot) {
+  const auto open_payload = [](const std::vector<BYTE>& payload) {
+    const std::vector<BYTE> blob = pgmdev::seal_naming_blob(payload);
+    const std::vector<BYTE> compressed = compress(blob);
+    return open_opn_db(compressed.data(), DWORD(compressed.size()), DWORD(blob.size()));
+  };
+  std::vector<QWORD> values;  // 64 slots: 200 first at slot 1, 16384 (three bytes) at 40
+  for (QWORD i = 0; i < 64; ++i) values.push_back(i % 9 == 1 ? 200 : i == 40 ? 16384 : i % 5);
+  std::vector<QWORD> with_long = values;
+  with_long[50] = 0xFFFFFFF0;  // five bytes: decoded when parsed
+  std::vector<BYTE> long_zero = {3, 0, 0, 0, 5, 0x80, 0x00, 0x00};  // slots 5, 0, 0
+  for (int table = 0; table < 3; ++table) {
+    const auto db = table == 0   ? open_payload(opn_payload(values, 64))
+                    : table == 1 ? open_payload(opn_payload(with_long, 64))
+                                 : open_payload(long_zero);
+    const DWORD zero_at = table == 2 ? 1 : 0;
+    for (int round = 0; round < 12; ++round) {
+      EXPECT_EQ(db->find_slot_of(0), zero_at) << table << round;
+      EXPECT_EQ(db->find_slot_of(9), INVALID_DWORD) << table << round;
+      if (table == 2) continue;
+      EXPECT_EQ(db->find_slot_of(200), 1u) << table << round;  // the first slot wins
+      EXPECT_EQ(db->find_slot_of(16384), 40u) << table << round;
+      EXPECT_EQ(db->find_slot_of(4), 4u) << table << round;
+      if (round == 3) {
+        EXPECT_EQ(db->slot(40), 16384u) << table;
+      }
+    }
   }
 }
 

@@ -53,7 +53,7 @@ TEST(NamingOpn, SlotsMatchTheCatalogueBothWays) {
   DWORD slot_count = 0;
   const std::vector<ASSIGNED_SLOT> slots = assigned_slots(&slot_count);
   ASSERT_GT(slots.size(), 2000u);
-  ASSERT_EQ(pgmdev::naming_opn_db()->m_slots.size(), slot_count);
+  ASSERT_EQ(pgmdev::naming_opn_db()->size(), slot_count);
   std::vector<bool> assigned(DEV_PART_MAX, false);
   for (const ASSIGNED_SLOT& slot : slots) {
     ASSERT_EQ(PGMDEV_MGR::get_opn(slot.slot), slot.name);

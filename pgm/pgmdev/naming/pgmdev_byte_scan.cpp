@@ -58,6 +58,82 @@ template <typename BLOCKS>
   return {at, read};
 }
 
+// Calls `visit(block, bytes_valid, offset)` for each block of 64 bytes of the `bytes` bytes
+// at `data`, in order, until it returns true; a block whose 65th byte would lie past them is
+// copied into a buffer padded with zeros first (bytes_valid below 64 for the last).
+template <typename VISIT>
+[[gnu::always_inline]] inline void for_each_block(const BYTE* data, size_t bytes, VISIT visit) {
+  size_t at = 0;
+  for (; at + 65 <= bytes; at += 64) {
+    if (visit(data + at, size_t(64), at)) return;
+  }
+  for (; at < bytes; at += 64) {
+    BYTE padded[65 + 63] = {};
+    for (size_t i = 0; at + i < bytes && i < 65; ++i) padded[i] = data[at + i];
+    if (visit(padded, bytes - at < 64 ? bytes - at : size_t(64), at)) return;
+  }
+}
+
+// Bits below `count`.
+inline QWORD low_bits(size_t count) { return count >= 64 ? ~QWORD(0) : (QWORD(1) << count) - 1; }
+
+template <typename BLOCKS>
+[[gnu::always_inline]] inline NUMBER_SCAN scan_numbers_with(const BYTE* data, size_t bytes) {
+  NUMBER_SCAN scan{0, true};
+  QWORD last_tops = 0;  // the previous block's: continuation bytes
+  for_each_block(data, bytes, [&](const BYTE* block, size_t valid, size_t) {
+    const QWORD tops = BLOCKS::tops(block) & low_bits(valid);
+    scan.count += BLOCKS::count(~tops & low_bits(valid));
+    // A zero byte right after a continuation byte ends a number that a shorter form writes.
+    const QWORD after_top = (tops << 1) | (last_tops >> 63);
+    // Four continuation bytes in a row begin a number of five bytes or more.
+    const QWORD four = tops & after_top & ((tops << 2) | (last_tops >> 62)) &
+                       ((tops << 3) | (last_tops >> 61));
+    if ((BLOCKS::zeros(block) & low_bits(valid) & after_top) != 0 || four != 0) {
+      scan.simple = false;
+    }
+    last_tops = tops;
+    return false;
+  });
+  return scan;
+}
+
+template <typename BLOCKS>
+[[gnu::always_inline]] inline size_t find_number_with(const BYTE* data, size_t bytes,
+                                                      const BYTE* code, size_t length) {
+  const BLOCKS blocks(code[0], length > 1 ? code[1] : 0);
+  size_t found = bytes;
+  QWORD last_tops = 0;
+  for_each_block(data, bytes, [&](const BYTE* block, size_t valid, size_t offset) {
+    const QWORD tops = BLOCKS::tops(block);
+    // A number starts at the first byte or after a byte with its top bit clear.
+    const QWORD starts = ~((tops << 1) | (last_tops >> 63)) & low_bits(valid);
+    last_tops = tops;
+    for (QWORD bits = starts & (length > 1 ? blocks.pairs(block) : blocks.equal(block)); bits != 0;
+         bits &= bits - 1) {
+      const size_t at = offset + size_t(__builtin_ctzll(bits));
+      size_t i = 2;
+      while (i < length && at + i < bytes && data[at + i] == code[i]) ++i;
+      if (i >= length && at + length <= bytes) {
+        found = at;
+        return true;
+      }
+    }
+    return false;
+  });
+  return found;
+}
+
+template <typename BLOCKS>
+[[gnu::always_inline]] inline size_t count_numbers_with(const BYTE* data, size_t bytes) {
+  size_t count = 0;
+  for_each_block(data, bytes, [&](const BYTE* block, size_t valid, size_t) {
+    count += BLOCKS::count(~BLOCKS::tops(block) & low_bits(valid));
+    return false;
+  });
+  return count;
+}
+
 // Eight bytes at a time, for processors without SSE2.
 struct PLAIN_BLOCKS {
   explicit PLAIN_BLOCKS(BYTE a, BYTE b) : m_a(a), m_b(b) {}
@@ -81,6 +157,16 @@ struct PLAIN_BLOCKS {
     size_t run = 0;
     while (run < 16 && (data[run] & 0x80) == 0) slots[run] = data[run], ++run;
     return run;
+  }
+  static QWORD tops(const BYTE* at) {
+    QWORD bits = 0;
+    for (int i = 0; i < 64; ++i) bits |= QWORD(at[i] >> 7) << i;
+    return bits;
+  }
+  QWORD equal(const BYTE* at) const {
+    QWORD bits = 0;
+    for (int i = 0; i < 64; ++i) bits |= QWORD(at[i] == m_a) << i;
+    return bits;
   }
   QWORD pairs(const BYTE* at) const {
     QWORD bits = 0;
@@ -114,6 +200,20 @@ struct SSE2_BLOCKS {
     const unsigned longer = unsigned(_mm_movemask_epi8(bytes));
     return longer == 0 ? 16 : size_t(__builtin_ctz(longer));
   }
+  static QWORD tops(const BYTE* at) {
+    const auto tops_of = [&](int i) {
+      const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
+      return QWORD(unsigned(_mm_movemask_epi8(chunk)));
+    };
+    return tops_of(0) | tops_of(1) << 16 | tops_of(2) << 32 | tops_of(3) << 48;
+  }
+  QWORD equal(const BYTE* at) const {
+    const auto equal_of = [&](int i) {
+      const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
+      return QWORD(unsigned(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, m_a))));
+    };
+    return equal_of(0) | equal_of(1) << 16 | equal_of(2) << 32 | equal_of(3) << 48;
+  }
   QWORD pairs(const BYTE* at) const {
     const auto pairs_of = [&](int i) {
       const __m128i now = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
@@ -146,6 +246,18 @@ struct AVX2_BLOCKS {
     _mm256_storeu_si256(out + 1, _mm256_cvtepu8_epi32(_mm_srli_si128(bytes, 8)));
     const unsigned longer = unsigned(_mm_movemask_epi8(bytes));
     return longer == 0 ? 16 : size_t(__builtin_ctz(longer));
+  }
+  PGMDEV_AVX2 static QWORD tops(const BYTE* at) {
+    const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
+    const __m256i high = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 32));
+    return QWORD(unsigned(_mm256_movemask_epi8(low))) |
+           QWORD(unsigned(_mm256_movemask_epi8(high))) << 32;
+  }
+  PGMDEV_AVX2 QWORD equal(const BYTE* at) const {
+    const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
+    const __m256i high = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 32));
+    return QWORD(unsigned(_mm256_movemask_epi8(_mm256_cmpeq_epi8(low, m_a)))) |
+           QWORD(unsigned(_mm256_movemask_epi8(_mm256_cmpeq_epi8(high, m_a)))) << 32;
   }
   PGMDEV_AVX2 QWORD pairs(const BYTE* at) const { return half(at) | half(at + 32) << 32; }
   PGMDEV_AVX2 QWORD half(const BYTE* at) const {
@@ -184,6 +296,19 @@ PGMDEV_AVX2 size_t find_dword_avx2(const DWORD* values, size_t count, DWORD valu
   return at;
 }
 
+PGMDEV_AVX2 NUMBER_SCAN scan_numbers_avx2(const BYTE* data, size_t bytes) {
+  return scan_numbers_with<AVX2_BLOCKS>(data, bytes);
+}
+
+PGMDEV_AVX2 size_t find_number_avx2(const BYTE* data, size_t bytes, const BYTE* code,
+                                    size_t length) {
+  return find_number_with<AVX2_BLOCKS>(data, bytes, code, length);
+}
+
+PGMDEV_AVX2 size_t count_numbers_avx2(const BYTE* data, size_t bytes) {
+  return count_numbers_with<AVX2_BLOCKS>(data, bytes);
+}
+
 // Asked once: the answer cannot change while the process runs.
 bool has_avx2() {
   static const bool avx2 = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt");
@@ -218,6 +343,33 @@ SHORT_NUMBERS read_short_numbers(const BYTE* data, size_t bytes, DWORD* slots, s
   return short_numbers_with<SSE2_BLOCKS>(data, bytes, slots, count);
 #else
   return short_numbers_with<PLAIN_BLOCKS>(data, bytes, slots, count);
+#endif
+}
+
+NUMBER_SCAN scan_numbers(const BYTE* data, size_t bytes) {
+#if defined(PGMDEV_BYTE_SCAN_X86)
+  if (has_avx2()) return scan_numbers_avx2(data, bytes);
+  return scan_numbers_with<SSE2_BLOCKS>(data, bytes);
+#else
+  return scan_numbers_with<PLAIN_BLOCKS>(data, bytes);
+#endif
+}
+
+size_t find_number(const BYTE* data, size_t bytes, const BYTE* code, size_t length) {
+#if defined(PGMDEV_BYTE_SCAN_X86)
+  if (has_avx2()) return find_number_avx2(data, bytes, code, length);
+  return find_number_with<SSE2_BLOCKS>(data, bytes, code, length);
+#else
+  return find_number_with<PLAIN_BLOCKS>(data, bytes, code, length);
+#endif
+}
+
+size_t count_numbers(const BYTE* data, size_t bytes) {
+#if defined(PGMDEV_BYTE_SCAN_X86)
+  if (has_avx2()) return count_numbers_avx2(data, bytes);
+  return count_numbers_with<SSE2_BLOCKS>(data, bytes);
+#else
+  return count_numbers_with<PLAIN_BLOCKS>(data, bytes);
 #endif
 }
 

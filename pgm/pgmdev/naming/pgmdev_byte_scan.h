@@ -30,6 +30,20 @@ struct SHORT_NUMBERS {
 };
 SHORT_NUMBERS read_short_numbers(const BYTE* data, size_t bytes, DWORD* slots, size_t count);
 
+// What one pass over the OPN blob's numbers finds: how many end in the bytes (a byte with its
+// top bit clear ends one), and whether each is written in its shortest form and takes four
+// bytes at most, so that a number's bytes can be looked for instead of its value.
+struct NUMBER_SCAN {
+  size_t count;
+  bool simple;
+};
+NUMBER_SCAN scan_numbers(const BYTE* data, size_t bytes);
+// Where the first number written as the `length` bytes (1 to 4) of `code` starts, or `bytes`.
+// A number starts at the first byte and after each byte with its top bit clear.
+size_t find_number(const BYTE* data, size_t bytes, const BYTE* code, size_t length);
+// How many numbers end in the first `bytes` bytes.
+size_t count_numbers(const BYTE* data, size_t bytes);
+
 // The index of the first of `count` values equal to `value`, or `count`.
 size_t find_dword(const DWORD* values, size_t count, DWORD value);
 

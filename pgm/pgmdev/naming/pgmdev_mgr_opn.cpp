@@ -19,7 +19,7 @@ const PGMDEV_DDB_OPN_DB& checked_opn_db() {
 std::string PGMDEV_MGR::get_opn(unsigned long opn_enum) {
   const PGMDEV_DDB_OPN_DB& db = checked_opn_db();
   // Slot values compare as signed 32-bit part numbers.
-  const long long part = opn_enum < db.m_slots.size() ? int32_t(db.m_slots[opn_enum]) : -1;
+  const long long part = opn_enum < db.size() ? int32_t(db.slot(DWORD(opn_enum))) : -1;
   if (part == -1 || !pgmdev::is_valid_opn_part(part)) return "";
   std::string result = dstr_get_user_string(int(part));
   stl_toupper(result);

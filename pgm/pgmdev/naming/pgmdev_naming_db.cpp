@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "naming/pgmdev_byte_scan.h"
+#include "naming/pgmdev_naming_codec.h"
 
 namespace {
 
@@ -291,14 +292,48 @@ std::vector<std::string_view> PGMDEV_DDB_GRAMMAR_DB::find_keys_of(
   return keys;
 }
 
+void PGMDEV_DDB_OPN_DB::keep_numbers(PGMDEV_DDB_NAMING_TEXT&& text, DWORD first, DWORD limit,
+                                     DWORD count) {
+  m_text = std::move(text);
+  m_first = first;
+  m_limit = limit;
+  m_count = count;
+}
+
+void PGMDEV_DDB_OPN_DB::keep_slots(SLOTS&& slots) {
+  m_slots = std::move(slots);
+  m_count = DWORD(m_slots.size());
+  std::call_once(m_decode_once, [] {});  // nothing is left to decode
+}
+
+const PGMDEV_DDB_OPN_DB::SLOTS& PGMDEV_DDB_OPN_DB::decoded() const {
+  std::call_once(m_decode_once, [this] {
+    if (!m_text.empty()) m_slots = pgmdev::decode_opn_payload(m_text.data(), DWORD(m_text.size()));
+  });
+  return m_slots;
+}
+
 DWORD PGMDEV_DDB_OPN_DB::find_slot_of(DWORD part) const {
   if (m_walks.fetch_add(1, std::memory_order_relaxed) < WALKS_BEFORE_INDEX) {
-    const size_t found = pgmdev::find_dword(m_slots.data(), m_slots.size(), part);
-    return found == m_slots.size() ? INVALID_DWORD : static_cast<DWORD>(found);
+    if (!m_text.empty()) {
+      // The part's shortest form among the numbers as written; none longer is written.
+      std::vector<BYTE> code;
+      pgmdev::append_varint(code, part);
+      const BYTE* numbers = m_text.data() + m_first;
+      const size_t bytes = m_limit - m_first;
+      const size_t at = code.size() > 4 ? bytes
+                                        : pgmdev::find_number(numbers, bytes, code.data(),
+                                                              code.size());
+      return at == bytes ? INVALID_DWORD : DWORD(pgmdev::count_numbers(numbers, at));
+    }
+    const SLOTS& slots = decoded();
+    const size_t found = pgmdev::find_dword(slots.data(), slots.size(), part);
+    return found == slots.size() ? INVALID_DWORD : static_cast<DWORD>(found);
   }
   std::call_once(m_index_once, [this] {
-    m_slot_index.reserve(m_slots.size());
-    for (DWORD slot = 0; slot < m_slots.size(); ++slot) m_slot_index.emplace(m_slots[slot], slot);
+    const SLOTS& slots = decoded();
+    m_slot_index.reserve(slots.size());
+    for (DWORD slot = 0; slot < slots.size(); ++slot) m_slot_index.emplace(slots[slot], slot);
   });
   const auto found = m_slot_index.find(part);
   return found == m_slot_index.end() ? INVALID_DWORD : found->second;

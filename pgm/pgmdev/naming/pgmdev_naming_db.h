@@ -291,16 +291,36 @@ class PGMDEV_DDB_GRAMMAR_DB {
 };
 
 // The OPN slot table: slot number = OPN enumeration, value = part enumeration (0 unassigned).
+// A table whose numbers are all short and in their shortest form (as the packer writes them)
+// stays as the blob's bytes: the first few searches look for a part's bytes there, and the
+// slots are decoded only when one is asked for by number or the searches move to an index.
+// Any other valid table is decoded when it is parsed.
 class PGMDEV_DDB_OPN_DB {
  public:
-  // Every slot is written by the parser, so the table is not cleared first.
-  std::vector<DWORD, pgmdev::UNINITIALISED_ALLOCATOR<DWORD>> m_slots;
+  DWORD size() const { return m_count; }
+  // The part in `slot`, below size().
+  DWORD slot(DWORD slot) const { return decoded()[slot]; }
+  // Every slot, in order.
+  std::vector<DWORD> slots() const { return std::vector<DWORD>(decoded().begin(), decoded().end()); }
 
-  // The first slot holding `part`, or INVALID_DWORD. The first few calls walk the slots;
+  // The first slot holding `part`, or INVALID_DWORD. The first few calls search the table;
   // later ones go through an index built then.
   DWORD find_slot_of(DWORD part) const;
 
+  // Building (the parser): the blob's bytes with its numbers in [first, limit), or the
+  // decoded slots.
+  void keep_numbers(PGMDEV_DDB_NAMING_TEXT&& text, DWORD first, DWORD limit, DWORD count);
+  using SLOTS = std::vector<DWORD, pgmdev::UNINITIALISED_ALLOCATOR<DWORD>>;
+  void keep_slots(SLOTS&& slots);
+
  protected:
+  const SLOTS& decoded() const;
+
+  PGMDEV_DDB_NAMING_TEXT m_text;  // empty once decoded at parse time
+  DWORD m_first = 0, m_limit = 0;
+  DWORD m_count = 0;
+  mutable std::once_flag m_decode_once;
+  mutable SLOTS m_slots;  // every slot, once decoded
   mutable std::atomic<unsigned> m_walks{0};
   mutable std::once_flag m_index_once;
   mutable std::unordered_map<DWORD, DWORD> m_slot_index;
@@ -326,6 +346,9 @@ PGMDEV_DDB_NAMING_TEXT open_naming_blob(const BYTE* compressed, DWORD compressed
 void parse_grammar_payload(PGMDEV_DDB_NAMING_TEXT&& data, PGMDEV_DDB_GRAMMAR_DB& db);
 void parse_grammar_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_GRAMMAR_DB& db);
 void parse_opn_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_OPN_DB& db);
+void parse_opn_payload(PGMDEV_DDB_NAMING_TEXT&& data, PGMDEV_DDB_OPN_DB& db);
+// Every number of a whole OPN blob, each checked as it is read (the reports of a bad blob).
+PGMDEV_DDB_OPN_DB::SLOTS decode_opn_payload(const BYTE* data, DWORD data_size);
 
 // Where a grammar blob comes from. The naming packer of the build refuses sources that
 // break the parser's rules (a key twice in a section, a string twice in a list, an empty
