@@ -1,6 +1,8 @@
 // Block-wise byte comparisons for the naming text's bit maps.
 #include "naming/pgmdev_byte_scan.h"
 
+#include <algorithm>
+
 #include "codec/pgmdev_le_codec.h"
 
 #if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
@@ -132,6 +134,15 @@ template <typename BLOCKS>
     return false;
   });
   return count;
+}
+
+// Below AVX2 a plain loop: the compiler's own code for it is as good as SSE2 would be.
+template <typename BLOCKS>
+[[gnu::always_inline]] inline size_t find_dword_with(const DWORD* values, size_t count,
+                                                     DWORD value) {
+  size_t at = 0;
+  while (at < count && values[at] != value) ++at;
+  return at;
 }
 
 // Eight bytes at a time, for processors without SSE2.
@@ -318,68 +329,62 @@ bool has_avx2() {
 
 }  // namespace
 
-size_t map_zero_bytes(const BYTE* text, size_t blocks, QWORD* zeros, QWORD* pair_ends) {
+SCAN_WIDTH widest_scan() {
 #if defined(PGMDEV_BYTE_SCAN_X86)
-  if (has_avx2()) return zero_bytes_avx2(text, blocks, zeros, pair_ends);
-  return zero_bytes_with<SSE2_BLOCKS>(text, blocks, zeros, pair_ends);
+  return has_avx2() ? SCAN_WIDTH::AVX2 : SCAN_WIDTH::SSE2;
 #else
-  return zero_bytes_with<PLAIN_BLOCKS>(text, blocks, zeros, pair_ends);
+  return SCAN_WIDTH::PLAIN;
 #endif
+}
+
+// Calls WITH_FN<the width's blocks>(ARGS), or AVX2_FN(ARGS) for AVX2: as wide as asked and as
+// the processor allows.
+#if defined(PGMDEV_BYTE_SCAN_X86)
+#define PGMDEV_SCAN_AT_WIDTH(width, AVX2_FN, WITH_FN, ...) \
+  switch (std::min(width, widest_scan())) {               \
+    case SCAN_WIDTH::AVX2:                                \
+      return AVX2_FN(__VA_ARGS__);                        \
+    case SCAN_WIDTH::SSE2:                                \
+      return WITH_FN<SSE2_BLOCKS>(__VA_ARGS__);           \
+    default:                                              \
+      return WITH_FN<PLAIN_BLOCKS>(__VA_ARGS__);          \
+  }
+#else
+#define PGMDEV_SCAN_AT_WIDTH(width, AVX2_FN, WITH_FN, ...) \
+  return WITH_FN<PLAIN_BLOCKS>(__VA_ARGS__);
+#endif
+
+size_t map_zero_bytes(const BYTE* text, size_t blocks, QWORD* zeros, QWORD* pair_ends,
+                      SCAN_WIDTH width) {
+  PGMDEV_SCAN_AT_WIDTH(width, zero_bytes_avx2, zero_bytes_with, text, blocks, zeros, pair_ends)
 }
 
 void map_string_starts(const BYTE* text, const QWORD* zeros, size_t first, size_t last, BYTE a,
-                       BYTE b, QWORD* out) {
-#if defined(PGMDEV_BYTE_SCAN_X86)
-  if (has_avx2()) return string_starts_avx2(text, zeros, first, last, a, b, out);
-  string_starts_with<SSE2_BLOCKS>(text, zeros, first, last, a, b, out);
-#else
-  string_starts_with<PLAIN_BLOCKS>(text, zeros, first, last, a, b, out);
-#endif
+                       BYTE b, QWORD* out, SCAN_WIDTH width) {
+  PGMDEV_SCAN_AT_WIDTH(width, string_starts_avx2, string_starts_with, text, zeros, first, last,
+                       a, b, out)
 }
 
-SHORT_NUMBERS read_short_numbers(const BYTE* data, size_t bytes, DWORD* slots, size_t count) {
-#if defined(PGMDEV_BYTE_SCAN_X86)
-  if (has_avx2()) return short_numbers_avx2(data, bytes, slots, count);
-  return short_numbers_with<SSE2_BLOCKS>(data, bytes, slots, count);
-#else
-  return short_numbers_with<PLAIN_BLOCKS>(data, bytes, slots, count);
-#endif
+SHORT_NUMBERS read_short_numbers(const BYTE* data, size_t bytes, DWORD* slots, size_t count,
+                                 SCAN_WIDTH width) {
+  PGMDEV_SCAN_AT_WIDTH(width, short_numbers_avx2, short_numbers_with, data, bytes, slots, count)
 }
 
-NUMBER_SCAN scan_numbers(const BYTE* data, size_t bytes) {
-#if defined(PGMDEV_BYTE_SCAN_X86)
-  if (has_avx2()) return scan_numbers_avx2(data, bytes);
-  return scan_numbers_with<SSE2_BLOCKS>(data, bytes);
-#else
-  return scan_numbers_with<PLAIN_BLOCKS>(data, bytes);
-#endif
+NUMBER_SCAN scan_numbers(const BYTE* data, size_t bytes, SCAN_WIDTH width) {
+  PGMDEV_SCAN_AT_WIDTH(width, scan_numbers_avx2, scan_numbers_with, data, bytes)
 }
 
-size_t find_number(const BYTE* data, size_t bytes, const BYTE* code, size_t length) {
-#if defined(PGMDEV_BYTE_SCAN_X86)
-  if (has_avx2()) return find_number_avx2(data, bytes, code, length);
-  return find_number_with<SSE2_BLOCKS>(data, bytes, code, length);
-#else
-  return find_number_with<PLAIN_BLOCKS>(data, bytes, code, length);
-#endif
+size_t find_number(const BYTE* data, size_t bytes, const BYTE* code, size_t length,
+                   SCAN_WIDTH width) {
+  PGMDEV_SCAN_AT_WIDTH(width, find_number_avx2, find_number_with, data, bytes, code, length)
 }
 
-size_t count_numbers(const BYTE* data, size_t bytes) {
-#if defined(PGMDEV_BYTE_SCAN_X86)
-  if (has_avx2()) return count_numbers_avx2(data, bytes);
-  return count_numbers_with<SSE2_BLOCKS>(data, bytes);
-#else
-  return count_numbers_with<PLAIN_BLOCKS>(data, bytes);
-#endif
+size_t count_numbers(const BYTE* data, size_t bytes, SCAN_WIDTH width) {
+  PGMDEV_SCAN_AT_WIDTH(width, count_numbers_avx2, count_numbers_with, data, bytes)
 }
 
-size_t find_dword(const DWORD* values, size_t count, DWORD value) {
-#if defined(PGMDEV_BYTE_SCAN_X86)
-  if (has_avx2()) return find_dword_avx2(values, count, value);
-#endif
-  size_t at = 0;
-  while (at < count && values[at] != value) ++at;
-  return at;
+size_t find_dword(const DWORD* values, size_t count, DWORD value, SCAN_WIDTH width) {
+  PGMDEV_SCAN_AT_WIDTH(width, find_dword_avx2, find_dword_with, values, count, value)
 }
 
 }  // namespace pgmdev
