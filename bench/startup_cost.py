@@ -85,6 +85,9 @@ def main():
     python = sys.executable
     env = {k: v for k, v in os.environ.items() if not k.startswith(("LD_", "PYTHON"))}
     env["PYTHONPATH"] = os.path.join(build, "python")
+    # A fixed hash seed: with a random one the interpreter's own count moves by 0.1 M from run
+    # to run, as much as the Python rows' margins.
+    env["PYTHONHASHSEED"] = "0"
     global PEAK_RSS
     PEAK_RSS = os.path.join(floor, "floor_peak_rss")
     for needed in (cli, os.path.join(floor, "floor_hello"), PEAK_RSS):
