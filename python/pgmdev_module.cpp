@@ -233,6 +233,27 @@ py::object python_value(const JSON& json) {
 
 }  // namespace
 
+namespace {
+
+// A dict of an answer's fields, built straight from them.
+py::dict python_dict(const answers::ANSWER_FIELDS& fields) {
+  py::dict dict;
+  for (const auto& [key, value] : fields) {
+    dict[key] = std::visit(
+        [](const auto& v) -> py::object {
+          if constexpr (std::is_same_v<std::decay_t<decltype(v)>, std::monostate>) {
+            return py::none();
+          } else {
+            return py::cast(v);
+          }
+        },
+        value);
+  }
+  return dict;
+}
+
+}  // namespace
+
 py::object to_python(const nlohmann::json& json) { return python_value(json); }
 
 py::object to_python(const nlohmann::ordered_json& json) { return python_value(json); }
@@ -309,7 +330,7 @@ void bind_names(py::module_& m) {
   m.def(
       "name",
       [](const std::string& text) {
-        return to_python(looking_up([&] { return answers::name_json(text); }));
+        return python_dict(looking_up([&] { return answers::name_fields(text); }));
       },
       py::arg("name"),
       "A part, package, programmer or device name in every naming scheme, as\n"

@@ -3,6 +3,8 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
+#include <variant>
 #include <vector>
 
 #include "pgm_dev_catalog.h"
@@ -14,9 +16,15 @@ std::vector<std::string> catalog_family_names();
 std::vector<std::string> catalog_device_names();
 std::vector<std::string> catalog_part_names();
 
+// One field of an answer as both front ends give it: none, text, a flag or a number.
+using ANSWER_VALUE = std::variant<std::monostate, std::string, bool, unsigned long>;
+using ANSWER_FIELDS = std::vector<std::pair<const char*, ANSWER_VALUE>>;
+
 // `pgmdev name --json` and `pgmdev opn --json` answers; a QueryError for an unknown name
 // (with the closest known names when `with_suggestions`), slot or hash. An OPN question is a
-// slot number or, with `by_hash`, an OPN hash in hex.
+// slot number or, with `by_hash`, an OPN hash in hex. name_fields is the name's answer as
+// fields in the order shown, for a front end that builds its own values from them.
+ANSWER_FIELDS name_fields(const std::string& input, bool with_suggestions = true);
 nlohmann::ordered_json name_json(const std::string& input, bool with_suggestions = true);
 nlohmann::ordered_json opn_json(const std::string& text, bool by_hash);
 // An OPN hash from hex digits (with or without 0x); a QueryError for other text and for a

@@ -89,9 +89,8 @@ std::vector<std::string> grammar_names() {
 }
 
 // The answer's fields, in the order they are shown.
-nlohmann::ordered_json answer_json(const NameAnswer& a) {
-  const bool has_opn = a.opn_enum != INVALID_DWORD;
-  const bool has_hash = a.opn_hash != NO_HASH;
+ANSWER_FIELDS answer_fields(const NameAnswer& a) {
+  const auto opn_hash = a.opn_hash == NO_HASH ? ANSWER_VALUE() : hex_text(a.opn_hash, 12);
   return {{"name", a.name},
           {"package_name", a.package},
           {"pgm_name", a.pgm},
@@ -104,9 +103,8 @@ nlohmann::ordered_json answer_json(const NameAnswer& a) {
           {"possible_full_name", a.full_name},
           {"use_full_name", a.use_full_name},
           {"use_package_name", a.use_package_name},
-          {"opn_enum", has_opn ? nlohmann::ordered_json(a.opn_enum) : nlohmann::ordered_json()},
-          {"opn_hash",
-           has_hash ? nlohmann::ordered_json(hex_text(a.opn_hash, 12)) : nlohmann::ordered_json()}};
+          {"opn_enum", a.opn_enum == INVALID_DWORD ? ANSWER_VALUE() : a.opn_enum},
+          {"opn_hash", opn_hash}};
 }
 
 unsigned long long parse_number(const std::string& text, const char* what) {
@@ -124,14 +122,27 @@ unsigned long long parse_number(const std::string& text, const char* what) {
 
 }  // namespace
 
-nlohmann::ordered_json name_json(const std::string& input, bool with_suggestions) {
+ANSWER_FIELDS name_fields(const std::string& input, bool with_suggestions) {
   const NameAnswer a = resolve(input);
   if (!known(a)) {
     throw QueryError("unknown name '" + a.name + "'", with_suggestions
                                                           ? suggest(a.name, grammar_names())
                                                           : std::vector<std::string>{});
   }
-  return answer_json(a);
+  return answer_fields(a);
+}
+
+nlohmann::ordered_json name_json(const std::string& input, bool with_suggestions) {
+  nlohmann::ordered_json document = nlohmann::ordered_json::object();
+  for (const auto& [key, value] : name_fields(input, with_suggestions)) {
+    nlohmann::ordered_json& field = document[key];
+    std::visit(
+        [&field](const auto& v) {
+          if constexpr (!std::is_same_v<std::decay_t<decltype(v)>, std::monostate>) field = v;
+        },
+        value);
+  }
+  return document;
 }
 
 unsigned long long parse_opn_hash(const std::string& text) {
