@@ -365,6 +365,7 @@ void parse_grammar_payload(PGMDEV_DDB_NAMING_TEXT&& data, PGMDEV_DDB_GRAMMAR_DB&
   }
   PGMDEV_CHECK(pointer_index == PGMDEV_DDB_GRAMMAR_SECTIONS,
                "pointer_index == DWORD(PGMDEV_DDB_GRAMMAR_ENUM::MAX)", MODULE_DDB_MGR);
+  db.release_pair_ends();
 }
 
 void parse_grammar_payload(const BYTE* data, DWORD data_size, PGMDEV_DDB_GRAMMAR_DB& db) {
@@ -448,7 +449,10 @@ std::unique_ptr<PGMDEV_DDB_GRAMMAR_DB> open_grammar_db(const BYTE* compressed,
   }
   const DWORD size = DWORD(data.size());
   const BYTE* text = db->adopt_text(std::move(data));
-  if (index_packed_payload(text, size, *db)) return db;
+  if (index_packed_payload(text, size, *db)) {
+    db->release_pair_ends();
+    return db;
+  }
   // Not laid out as the packer lays out blobs: the whole parse reads it again and reports.
   auto checked = std::make_unique<PGMDEV_DDB_GRAMMAR_DB>();
   parse_grammar_payload(text, size, *checked);

@@ -205,21 +205,25 @@ void PGMDEV_DDB_GRAMMAR_DB::scan_keys_of(DWORD section, const std::vector<std::s
                                               [](const auto& same) { return !same.empty(); }));
   if (lengths > 1 && shared >= MIN_SHARED_PREFIX) {
     // One pass over the strings that start with the first two bytes shared, found sixteen
-    // or thirty-two bytes at a time.
+    // or thirty-two bytes at a time, mapped a stretch of the text at a time.
+    constexpr size_t STRETCH = 64;  // words
+    QWORD starts[STRETCH];
     const size_t first = from / 64, last = (to - 1) / 64;
-    PGMDEV_DDB_GRAMMAR_ZEROS::WORDS starts(last - first + 1);  // each written by the map
-    pgmdev::map_string_starts(reinterpret_cast<const BYTE*>(text), m_zeros.words().data(), first,
-                              last, BYTE(names[0][0]), BYTE(names[0][1]), starts.data());
-    starts.front() &= ~QWORD(0) << (from % 64);
-    starts.back() &= ~QWORD(0) >> (63 - (to - 1) % 64);
-    for (size_t word = first; word <= last; ++word) {
-      for (QWORD bits = starts[word - first]; bits != 0; bits &= bits - 1) {
-        const DWORD at = DWORD(word * 64 + size_t(__builtin_ctzll(bits)));
-        QWORD head_word;
-        std::memcpy(&head_word, text + at, 8);
-        if ((head_word & head_mask) != head) continue;
-        const size_t length = m_zeros.next(at) - at;
-        if (length < MAX_SCAN_LENGTH && take(at, length)) return;
+    for (size_t begin = first; begin <= last; begin += STRETCH) {
+      const size_t end = std::min(last, begin + STRETCH - 1);
+      pgmdev::map_string_starts(reinterpret_cast<const BYTE*>(text), m_zeros.words().data(),
+                                begin, end, BYTE(names[0][0]), BYTE(names[0][1]), starts);
+      if (begin == first) starts[0] &= ~QWORD(0) << (from % 64);
+      if (end == last) starts[end - begin] &= ~QWORD(0) >> (63 - (to - 1) % 64);
+      for (size_t word = begin; word <= end; ++word) {
+        for (QWORD bits = starts[word - begin]; bits != 0; bits &= bits - 1) {
+          const DWORD at = DWORD(word * 64 + size_t(__builtin_ctzll(bits)));
+          QWORD head_word;
+          std::memcpy(&head_word, text + at, 8);
+          if ((head_word & head_mask) != head) continue;
+          const size_t length = m_zeros.next(at) - at;
+          if (length < MAX_SCAN_LENGTH && take(at, length)) return;
+        }
       }
     }
     return;

@@ -147,8 +147,13 @@ class PGMDEV_DDB_GRAMMAR_ZEROS {
 
   const WORDS& words() const { return m_words; }
   // Bit i of word i / 64 set when byte i and the byte before it are zero: where an entry
-  // closes, in a packed payload.
+  // closes, in a packed payload. Kept while the entry table is built, then released, and
+  // pair_count with it.
   const WORDS& pair_ends() const { return m_pair_ends; }
+  void release_pair_ends() {
+    WORDS().swap(m_pair_ends);
+    m_pairs = 0;
+  }
 
  protected:
   WORDS m_words;  // one more than mapped, zero, so a word always has a next
@@ -260,6 +265,8 @@ class PGMDEV_DDB_GRAMMAR_DB {
   // behind it and maps its zero bytes.
   const BYTE* adopt_text(PGMDEV_DDB_NAMING_TEXT&& text);
   const PGMDEV_DDB_GRAMMAR_ZEROS& zeros() const { return m_zeros; }
+  // The parser is done with the map of zero pairs.
+  void release_pair_ends() { m_zeros.release_pair_ends(); }
   // The table every section's entries live in (the parser reserves and fills it).
   PGMDEV_DDB_GRAMMAR_ENTRIES& entry_table() { return m_entries; }
 
