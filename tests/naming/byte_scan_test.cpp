@@ -73,8 +73,9 @@ NUMBERS numbers(size_t count, unsigned seed, bool long_forms) {
   NUMBERS out;
   for (size_t i = 0; i < count; ++i) {
     const unsigned kind = random() % 16;
-    const QWORD value = kind < 9 ? random() % 128 : kind < 14 ? 128 + random() % 16000
-                                                              : random() % 0x10000000;
+    const QWORD value = kind < 9    ? random() % 128
+                        : kind < 14 ? 128 + random() % 16000
+                                    : random() % 0x10000000;
     out.starts.push_back(out.bytes.size());
     out.values.push_back(value);
     pgmdev::append_varint(out.bytes, value);
@@ -96,7 +97,8 @@ TEST(ByteScan, NumbersAtEveryWidth) {
     bool simple = true;
     for (size_t i = 0; i < n.starts.size(); ++i) {
       const size_t end = i + 1 < n.starts.size() ? n.starts[i + 1] : bytes;
-      simple = simple && end - n.starts[i] <= 4 && (end - n.starts[i] == 1 || n.bytes[end - 1] != 0);
+      simple =
+          simple && end - n.starts[i] <= 4 && (end - n.starts[i] == 1 || n.bytes[end - 1] != 0);
     }
     for (SCAN_WIDTH width : widths()) {
       const pgmdev::NUMBER_SCAN scan = pgmdev::scan_numbers(padded.data(), bytes, width);
@@ -120,8 +122,8 @@ TEST(ByteScan, NumbersAtEveryWidth) {
         std::vector<BYTE> code;
         pgmdev::append_varint(code, n.values[k]);
         if (!simple || code.size() > 4) continue;
-        const size_t first = size_t(
-            std::find(n.values.begin(), n.values.end(), n.values[k]) - n.values.begin());
+        const size_t first =
+            size_t(std::find(n.values.begin(), n.values.end(), n.values[k]) - n.values.begin());
         const size_t at =
             pgmdev::find_number(padded.data(), bytes, code.data(), code.size(), width);
         EXPECT_EQ(at, n.starts[first]) << int(width) << " " << k;

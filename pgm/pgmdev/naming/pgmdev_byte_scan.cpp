@@ -16,7 +16,8 @@ namespace {
 // The words of one block, found by comparisons of the kind BLOCKS makes.
 // Inlined into each caller, so that the AVX2 caller compiles them for AVX2.
 template <typename BLOCKS>
-[[gnu::always_inline]] inline size_t zero_bytes_with(const BYTE* text, size_t blocks, QWORD* zeros, QWORD* pair_ends) {
+[[gnu::always_inline]] inline size_t zero_bytes_with(const BYTE* text, size_t blocks, QWORD* zeros,
+                                                     QWORD* pair_ends) {
   size_t pairs = 0;
   QWORD carry = 0;  // bit 0 set when the previous block's last byte was zero
   for (size_t block = 0; block < blocks; ++block) {
@@ -31,8 +32,9 @@ template <typename BLOCKS>
 }
 
 template <typename BLOCKS>
-[[gnu::always_inline]] inline void string_starts_with(const BYTE* text, const QWORD* zeros, size_t first, size_t last, BYTE a,
-                        BYTE b, QWORD* out) {
+[[gnu::always_inline]] inline void string_starts_with(const BYTE* text, const QWORD* zeros,
+                                                      size_t first, size_t last, BYTE a, BYTE b,
+                                                      QWORD* out) {
   const BLOCKS blocks(a, b);
   for (size_t word = first; word <= last; ++word) {
     const QWORD starts = (zeros[word] << 1) | (word == 0 ? 0 : zeros[word - 1] >> 63);
@@ -89,8 +91,8 @@ template <typename BLOCKS>
     // A zero byte right after a continuation byte ends a number that a shorter form writes.
     const QWORD after_top = (tops << 1) | (last_tops >> 63);
     // Four continuation bytes in a row begin a number of five bytes or more.
-    const QWORD four = tops & after_top & ((tops << 2) | (last_tops >> 62)) &
-                       ((tops << 3) | (last_tops >> 61));
+    const QWORD four =
+        tops & after_top & ((tops << 2) | (last_tops >> 62)) & ((tops << 3) | (last_tops >> 61));
     if ((BLOCKS::zeros(block) & low_bits(valid) & after_top) != 0 || four != 0) {
       scan.simple = false;
     }
@@ -261,8 +263,8 @@ struct AVX2_BLOCKS {
   PGMDEV_AVX2 static QWORD tops(const BYTE* at) {
     const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
     const __m256i high = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 32));
-    return QWORD(unsigned(_mm256_movemask_epi8(low))) |
-           QWORD(unsigned(_mm256_movemask_epi8(high))) << 32;
+    return QWORD(unsigned(_mm256_movemask_epi8(low))) | QWORD(unsigned(_mm256_movemask_epi8(high)))
+                                                            << 32;
   }
   PGMDEV_AVX2 QWORD equal(const BYTE* at) const {
     const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
@@ -274,7 +276,8 @@ struct AVX2_BLOCKS {
   PGMDEV_AVX2 QWORD half(const BYTE* at) const {
     const __m256i now = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
     const __m256i next = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 1));
-    const __m256i both = _mm256_and_si256(_mm256_cmpeq_epi8(now, m_a), _mm256_cmpeq_epi8(next, m_b));
+    const __m256i both =
+        _mm256_and_si256(_mm256_cmpeq_epi8(now, m_a), _mm256_cmpeq_epi8(next, m_b));
     return QWORD(unsigned(_mm256_movemask_epi8(both)));
   }
   __m256i m_a, m_b;
@@ -285,8 +288,8 @@ PGMDEV_AVX2 size_t zero_bytes_avx2(const BYTE* text, size_t blocks, QWORD* zeros
   return zero_bytes_with<AVX2_BLOCKS>(text, blocks, zeros, pair_ends);
 }
 
-PGMDEV_AVX2 void string_starts_avx2(const BYTE* text, const QWORD* zeros, size_t first,
-                                    size_t last, BYTE a, BYTE b, QWORD* out) {
+PGMDEV_AVX2 void string_starts_avx2(const BYTE* text, const QWORD* zeros, size_t first, size_t last,
+                                    BYTE a, BYTE b, QWORD* out) {
   string_starts_with<AVX2_BLOCKS>(text, zeros, first, last, a, b, out);
 }
 
@@ -341,13 +344,13 @@ SCAN_WIDTH widest_scan() {
 // the processor allows.
 #if defined(PGMDEV_BYTE_SCAN_X86)
 #define PGMDEV_SCAN_AT_WIDTH(width, AVX2_FN, WITH_FN, ...) \
-  switch (std::min(width, widest_scan())) {               \
-    case SCAN_WIDTH::AVX2:                                \
-      return AVX2_FN(__VA_ARGS__);                        \
-    case SCAN_WIDTH::SSE2:                                \
-      return WITH_FN<SSE2_BLOCKS>(__VA_ARGS__);           \
-    default:                                              \
-      return WITH_FN<PLAIN_BLOCKS>(__VA_ARGS__);          \
+  switch (std::min(width, widest_scan())) {                \
+    case SCAN_WIDTH::AVX2:                                 \
+      return AVX2_FN(__VA_ARGS__);                         \
+    case SCAN_WIDTH::SSE2:                                 \
+      return WITH_FN<SSE2_BLOCKS>(__VA_ARGS__);            \
+    default:                                               \
+      return WITH_FN<PLAIN_BLOCKS>(__VA_ARGS__);           \
   }
 #else
 #define PGMDEV_SCAN_AT_WIDTH(width, AVX2_FN, WITH_FN, ...) \
@@ -360,28 +363,23 @@ size_t map_zero_bytes(const BYTE* text, size_t blocks, QWORD* zeros, QWORD* pair
 }
 
 void map_string_starts(const BYTE* text, const QWORD* zeros, size_t first, size_t last, BYTE a,
-                       BYTE b, QWORD* out, SCAN_WIDTH width) {
-  PGMDEV_SCAN_AT_WIDTH(width, string_starts_avx2, string_starts_with, text, zeros, first, last,
-                       a, b, out)
-}
+                       BYTE b, QWORD* out, SCAN_WIDTH width){
+    PGMDEV_SCAN_AT_WIDTH(width, string_starts_avx2, string_starts_with, text, zeros, first, last, a,
+                         b, out)}
 
 SHORT_NUMBERS read_short_numbers(const BYTE* data, size_t bytes, DWORD* slots, size_t count,
-                                 SCAN_WIDTH width) {
-  PGMDEV_SCAN_AT_WIDTH(width, short_numbers_avx2, short_numbers_with, data, bytes, slots, count)
-}
+                                 SCAN_WIDTH width){
+    PGMDEV_SCAN_AT_WIDTH(width, short_numbers_avx2, short_numbers_with, data, bytes, slots, count)}
 
-NUMBER_SCAN scan_numbers(const BYTE* data, size_t bytes, SCAN_WIDTH width) {
-  PGMDEV_SCAN_AT_WIDTH(width, scan_numbers_avx2, scan_numbers_with, data, bytes)
-}
+NUMBER_SCAN scan_numbers(const BYTE* data, size_t bytes, SCAN_WIDTH width){
+    PGMDEV_SCAN_AT_WIDTH(width, scan_numbers_avx2, scan_numbers_with, data, bytes)}
 
-size_t find_number(const BYTE* data, size_t bytes, const BYTE* code, size_t length,
-                   SCAN_WIDTH width) {
-  PGMDEV_SCAN_AT_WIDTH(width, find_number_avx2, find_number_with, data, bytes, code, length)
-}
+size_t
+    find_number(const BYTE* data, size_t bytes, const BYTE* code, size_t length, SCAN_WIDTH width){
+        PGMDEV_SCAN_AT_WIDTH(width, find_number_avx2, find_number_with, data, bytes, code, length)}
 
-size_t count_numbers(const BYTE* data, size_t bytes, SCAN_WIDTH width) {
-  PGMDEV_SCAN_AT_WIDTH(width, count_numbers_avx2, count_numbers_with, data, bytes)
-}
+size_t count_numbers(const BYTE* data, size_t bytes, SCAN_WIDTH width){
+    PGMDEV_SCAN_AT_WIDTH(width, count_numbers_avx2, count_numbers_with, data, bytes)}
 
 size_t find_dword(const DWORD* values, size_t count, DWORD value, SCAN_WIDTH width) {
   PGMDEV_SCAN_AT_WIDTH(width, find_dword_avx2, find_dword_with, values, count, value)

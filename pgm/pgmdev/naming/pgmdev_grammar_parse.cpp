@@ -428,8 +428,7 @@ bool index_packed_payload(const BYTE* text, DWORD data_size, PGMDEV_DDB_GRAMMAR_
     if (at >= limit || next_end() != at) return false;
     ++at;
     PGMDEV_DDB_GRAMMAR_SECTION& section = *db.get_section(number);
-    section.adopt(table, chars, size_t(section_first - table.data()),
-                  size_t(out - section_first));
+    section.adopt(table, chars, size_t(section_first - table.data()), size_t(out - section_first));
     if (!in_order) section.sort_entries();
   }
   table.resize(size_t(out - table.data()));

@@ -211,8 +211,8 @@ void PGMDEV_DDB_GRAMMAR_DB::scan_keys_of(DWORD section, const std::vector<std::s
     const size_t first = from / 64, last = (to - 1) / 64;
     for (size_t begin = first; begin <= last; begin += STRETCH) {
       const size_t end = std::min(last, begin + STRETCH - 1);
-      pgmdev::map_string_starts(reinterpret_cast<const BYTE*>(text), m_zeros.words().data(),
-                                begin, end, BYTE(names[0][0]), BYTE(names[0][1]), starts);
+      pgmdev::map_string_starts(reinterpret_cast<const BYTE*>(text), m_zeros.words().data(), begin,
+                                end, BYTE(names[0][0]), BYTE(names[0][1]), starts);
       if (begin == first) starts[0] &= ~QWORD(0) << (from % 64);
       if (end == last) starts[end - begin] &= ~QWORD(0) >> (63 - (to - 1) % 64);
       for (size_t word = begin; word <= end; ++word) {
@@ -325,9 +325,8 @@ DWORD PGMDEV_DDB_OPN_DB::find_slot_of(DWORD part) const {
       pgmdev::append_varint(code, part);
       const BYTE* numbers = m_text.data() + m_first;
       const size_t bytes = m_limit - m_first;
-      const size_t at = code.size() > 4 ? bytes
-                                        : pgmdev::find_number(numbers, bytes, code.data(),
-                                                              code.size());
+      const size_t at =
+          code.size() > 4 ? bytes : pgmdev::find_number(numbers, bytes, code.data(), code.size());
       return at == bytes ? INVALID_DWORD : DWORD(pgmdev::count_numbers(numbers, at));
     }
     const SLOTS& slots = decoded();

@@ -93,7 +93,8 @@ struct PGMDEV_DDB_GRAMMAR_ENTRY {
 
 // The entries are written whole where the table is sized before it is filled.
 using PGMDEV_DDB_GRAMMAR_ENTRIES =
-    std::vector<PGMDEV_DDB_GRAMMAR_ENTRY, pgmdev::UNINITIALISED_ALLOCATOR<PGMDEV_DDB_GRAMMAR_ENTRY>>;
+    std::vector<PGMDEV_DDB_GRAMMAR_ENTRY,
+                pgmdev::UNINITIALISED_ALLOCATOR<PGMDEV_DDB_GRAMMAR_ENTRY>>;
 
 // A section's run of entries within the table all sections share.
 class PGMDEV_DDB_GRAMMAR_ENTRY_RANGE {
@@ -156,8 +157,8 @@ class PGMDEV_DDB_GRAMMAR_ZEROS {
   }
 
  protected:
-  WORDS m_words;  // one more than mapped, zero, so a word always has a next
-  WORDS m_pair_ends;  // as many as m_words
+  WORDS m_words;       // one more than mapped, zero, so a word always has a next
+  WORDS m_pair_ends;   // as many as m_words
   size_t m_pairs = 0;  // bits set in m_pair_ends
 };
 
@@ -308,7 +309,9 @@ class PGMDEV_DDB_OPN_DB {
   // The part in `slot`, below size().
   DWORD slot(DWORD slot) const { return decoded()[slot]; }
   // Every slot, in order.
-  std::vector<DWORD> slots() const { return std::vector<DWORD>(decoded().begin(), decoded().end()); }
+  std::vector<DWORD> slots() const {
+    return std::vector<DWORD>(decoded().begin(), decoded().end());
+  }
 
   // The first slot holding `part`, or INVALID_DWORD. The first few calls search the table;
   // later ones go through an index built then.

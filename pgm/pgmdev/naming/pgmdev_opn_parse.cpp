@@ -32,8 +32,8 @@ PGMDEV_DDB_OPN_DB::SLOTS decode_opn_payload(const BYTE* data, DWORD data_size) {
   const DWORD slot_count = DWORD(numbers.size());
   for (DWORD i = 0; i < enum_count; ++i) {
     // Runs of short numbers, sixteen bytes at a time: all of them end before the limit.
-    const SHORT_NUMBERS run = read_short_numbers(data + index, limit - index, slots + i,
-                                                 slot_count - i);
+    const SHORT_NUMBERS run =
+        read_short_numbers(data + index, limit - index, slots + i, slot_count - i);
     index += DWORD(run.bytes);
     i += DWORD(run.numbers);
     if (i == enum_count) break;
