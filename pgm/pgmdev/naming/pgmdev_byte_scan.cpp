@@ -153,7 +153,7 @@ struct PLAIN_BLOCKS {
   static QWORD zeros(const BYTE* at) {
     constexpr QWORD LOW7 = 0x7F7F7F7F7F7F7F7Full;
     QWORD bits = 0;
-    for (int i = 0; i < 8; ++i) {
+    for (size_t i = 0; i < 8; ++i) {
       const QWORD word = codec::load_le<QWORD>(at + 8 * i);
       const QWORD tops = ~(((word & LOW7) + LOW7) | word | LOW7);  // top bit of each zero byte
       // Gathers the eight top bits into one byte, the first byte's lowest.
@@ -173,17 +173,17 @@ struct PLAIN_BLOCKS {
   }
   static QWORD tops(const BYTE* at) {
     QWORD bits = 0;
-    for (int i = 0; i < 64; ++i) bits |= QWORD(at[i] >> 7) << i;
+    for (size_t i = 0; i < 64; ++i) bits |= QWORD(at[i] >> 7) << i;
     return bits;
   }
   QWORD equal(const BYTE* at) const {
     QWORD bits = 0;
-    for (int i = 0; i < 64; ++i) bits |= QWORD(at[i] == m_a) << i;
+    for (size_t i = 0; i < 64; ++i) bits |= QWORD(at[i] == m_a) << i;
     return bits;
   }
   QWORD pairs(const BYTE* at) const {
     QWORD bits = 0;
-    for (int i = 0; i < 64; ++i) bits |= QWORD(at[i] == m_a && at[i + 1] == m_b) << i;
+    for (size_t i = 0; i < 64; ++i) bits |= QWORD(at[i] == m_a && at[i + 1] == m_b) << i;
     return bits;
   }
   BYTE m_a, m_b;
@@ -194,7 +194,7 @@ struct SSE2_BLOCKS {
   explicit SSE2_BLOCKS(BYTE a, BYTE b) : m_a(_mm_set1_epi8(char(a))), m_b(_mm_set1_epi8(char(b))) {}
   static QWORD zeros(const BYTE* at) {
     const __m128i zero = _mm_setzero_si128();
-    const auto zeros_of = [&](int i) {
+    const auto zeros_of = [&](size_t i) {
       const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
       return QWORD(unsigned(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, zero))));
     };
@@ -214,21 +214,21 @@ struct SSE2_BLOCKS {
     return longer == 0 ? 16 : size_t(__builtin_ctz(longer));
   }
   static QWORD tops(const BYTE* at) {
-    const auto tops_of = [&](int i) {
+    const auto tops_of = [&](size_t i) {
       const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
       return QWORD(unsigned(_mm_movemask_epi8(chunk)));
     };
     return tops_of(0) | tops_of(1) << 16 | tops_of(2) << 32 | tops_of(3) << 48;
   }
   QWORD equal(const BYTE* at) const {
-    const auto equal_of = [&](int i) {
+    const auto equal_of = [&](size_t i) {
       const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
       return QWORD(unsigned(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, m_a))));
     };
     return equal_of(0) | equal_of(1) << 16 | equal_of(2) << 32 | equal_of(3) << 48;
   }
   QWORD pairs(const BYTE* at) const {
-    const auto pairs_of = [&](int i) {
+    const auto pairs_of = [&](size_t i) {
       const __m128i now = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i));
       const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16 * i + 1));
       const __m128i both = _mm_and_si128(_mm_cmpeq_epi8(now, m_a), _mm_cmpeq_epi8(next, m_b));

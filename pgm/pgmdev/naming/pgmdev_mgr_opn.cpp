@@ -27,6 +27,7 @@ std::string PGMDEV_MGR::get_opn(unsigned long opn_enum) {
 }
 
 // The name is looked up as given; the slot table is loaded only for a valid part.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the public signature takes a copy
 unsigned long PGMDEV_MGR::get_opn_enum(std::string name) {
   const int part = dstr_get_dev_part_enum_by_string(name.c_str());
   if (!pgmdev::is_valid_opn_part(part)) return INVALID_DWORD;
