@@ -2,6 +2,8 @@
 // the blob door itself (inflate, length, magic, trailer) as the shipped blob goes through it:
 // indexed as the packer lays blobs out, or parsed in full when it is not laid out so.
 #include <algorithm>
+#include <string>
+#include <vector>
 
 #include "fuzz_naming.h"
 #include "naming/pgmdev_naming_db.h"
@@ -33,6 +35,16 @@ void look_up(const PGMDEV_DDB_GRAMMAR_DB& db) {
     for (std::string_view name :
          {map->list(map->entries().end()[-1]).front(), key, std::string_view("ZZ_NOT_LISTED")}) {
       if (db.find_key_of(section, name) != listing_key(*map, name)) std::abort();
+    }
+    // Names of several lengths sharing their first bytes, asked at once: one pass over the
+    // strings that start with them.
+    const std::string first(map->list(entry).front());
+    const std::string last(map->list(map->entries().end()[-1]).front());
+    const std::vector<std::string> names = {first + "Q", first, last, first + "QQ",
+                                            std::string(key)};
+    const std::vector<std::string_view> keys = db.find_keys_of(section, names);
+    for (size_t i = 0; i < names.size(); ++i) {
+      if (keys[i] != listing_key(*map, names[i])) std::abort();
     }
   }
 }
