@@ -1,4 +1,5 @@
-// Block-wise byte comparisons for the naming text's bit maps.
+// Block-wise byte comparisons over the naming blobs: the grammar text's bit maps and the OPN
+// table's numbers, each written once over the comparisons of a width (BLOCKS).
 #include "naming/pgmdev_byte_scan.h"
 
 #include <algorithm>
@@ -13,8 +14,8 @@
 namespace pgmdev {
 namespace {
 
-// The words of one block, found by comparisons of the kind BLOCKS makes.
-// Inlined into each caller, so that the AVX2 caller compiles them for AVX2.
+// The zero map and its pair ends, a block at a time. These templates are inlined into each
+// caller, so that the AVX2 caller compiles them for AVX2.
 template <typename BLOCKS>
 [[gnu::always_inline]] inline size_t zero_bytes_with(const BYTE* text, size_t blocks, QWORD* zeros,
                                                      QWORD* pair_ends) {
@@ -147,7 +148,12 @@ template <typename BLOCKS>
   return at;
 }
 
-// Eight bytes at a time, for processors without SSE2.
+// What a width gives, each over a block of 64 bytes (bit i for byte i): zeros(), the zero
+// bytes; tops(), the bytes with the top bit set; equal(), the bytes equal to the first byte it
+// was made with; pairs(), those followed by the second (it reads a 65th byte). count() counts
+// a word's bits; widen() is the first step of read_short_numbers.
+//
+// Plain words and bytes, for processors without SSE2 and as the reference of the wider ones.
 struct PLAIN_BLOCKS {
   explicit PLAIN_BLOCKS(BYTE a, BYTE b) : m_a(a), m_b(b) {}
   static QWORD zeros(const BYTE* at) {
