@@ -26,15 +26,18 @@ asan:
 tsan:
 	@$(MAKE) --no-print-directory test PRESET=tsan
 
-# Every benchmark program of bench/, each with its median of five runs, then the start-up
-# cost of whole processes (bench/startup_cost.py, under valgrind); BENCH_ARGS adds
-# Google Benchmark options (for example BENCH_ARGS=--benchmark_filter=Grammar).
+# Every Google Benchmark program of bench/, each with its median of five runs, then what a
+# user feels (bench/cold_start, 20 rounds) and the start-up cost of whole processes
+# (bench/startup_cost.py, under valgrind); BENCH_ARGS adds Google Benchmark options (for
+# example BENCH_ARGS=--benchmark_filter=Grammar).
 bench: build
-	@for b in $$(find build/$(PRESET)/bench -maxdepth 1 -type f -executable | sort); do \
+	@for b in $$(find build/$(PRESET)/bench -maxdepth 1 -type f -executable -name '*bench*' | sort); do \
 	  echo "== $$b"; \
 	  $$b --benchmark_repetitions=5 --benchmark_report_aggregates_only=true $(BENCH_ARGS) \
 	    2>/dev/null | grep -E '_median|^Benchmark|^---' || exit 1; \
 	done
+	@echo "== build/$(PRESET)/bench/cold_start"
+	@build/$(PRESET)/bench/cold_start 20
 	@echo "== bench/startup_cost.py"
 	@/usr/bin/python3 bench/startup_cost.py build/$(PRESET)
 
